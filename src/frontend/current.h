@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// The calling thread's context. Every entry point begins with one of these.
+#pragma once
+
+#include "frontend/context.h"
+#include "vsp.h"
+
+/// Thread-local slot of the current GLIContext; EGL supplies it when the first context is created, 0 until then.
+TRL20_EXPORT uint32_t __gl_tls_index;
+
+/// The current context; null without one. For pass-through entry points and queries.
+inline GLIContext *currentContext()
+{
+    return static_cast<GLIContext *>(os_tls_read(__gl_tls_index));
+}
+
+/// The current context for a state-keeping entry point: null without one and in interface-only mode.
+inline GLIContext *stateContext()
+{
+    GLIContext *ctx = currentContext();
+    return ctx && !ctx->settings.interfaceOnly ? ctx : nullptr;
+}
