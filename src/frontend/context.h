@@ -30,12 +30,12 @@ struct ContextSettings {
 };
 
 struct GLIContext {
-    void *backendModule;  // handle of the backend library
-    void *backendContext; // made and owned through the backend's client table
-    uint8_t initialised;  // 1 once gliInitContext has run
+    void *backendModule;        // handle of the backend library
+    void *backendContext;       // made and owned through the backend's client table
+    uint8_t initialised;        // 1 once gliInitContext has run
     TextureNamespace *textures; // of the share group
-    GLenum error;         // GL_NO_ERROR when none is pending
-    ShaderStateBitfield key; // set by entry points and by deriveShaderState
+    GLenum error;               // GL_NO_ERROR when none is pending
+    ShaderStateBitfield key;    // set by entry points and by deriveShaderState
     HintState hints;
     void *drawSurface; // as given at make-current
     void *readSurface;

@@ -6,7 +6,7 @@
 #include "vsp.h"
 
 /// Thread-local slot of the current GLIContext; EGL supplies it when the first context is created, 0 until then.
-TRL20_EXPORT uint32_t __gl_tls_index;
+extern "C" uint32_t __gl_tls_index;
 
 /// The current context; null without one. For pass-through entry points and queries.
 inline GLIContext *currentContext()

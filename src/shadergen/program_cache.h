@@ -35,19 +35,19 @@ struct ShaderProgramEntry {
 struct ShaderCacheNode {
     ShaderCacheNode *child[2]; // tree: smaller keys left (0), larger right (1)
     uint32_t red;
-    ShaderCacheNode *next;     // LRU list
+    ShaderCacheNode *next; // LRU list
     ShaderCacheNode *previous;
     ShaderProgramEntry entry;
 };
 
 struct ShaderCache {
     ShaderCacheNode *root;
-    ShaderCacheNode lru;  // sentinel: next is the least, previous the most recently used node
-    uint32_t capacity;    // nodes at most
-    uint32_t nodeCount;   // nodes allocated
-    uint32_t hitCount;    // never reset
+    ShaderCacheNode lru; // sentinel: next is the least, previous the most recently used node
+    uint32_t capacity;   // nodes at most
+    uint32_t nodeCount;  // nodes allocated
+    uint32_t hitCount;   // never reset
     uint32_t missCount;
-    ProgramKey wanted;    // key of the lookup under way; the generators read it
+    ProgramKey wanted; // key of the lookup under way; the generators read it
 };
 
 /// Makes the empty cache. Without memory the context has none and every draw is skipped.
@@ -60,6 +60,6 @@ void destroyShaderCache(GLIContext *ctx);
 /// with program 0 bound when none could be built.
 void gliSetShaderProgram(GLIContext *ctx);
 
-/// The context's key without what has no effect in its state, and the inputs beside it. Fields that draw-texture's short
-/// shader has no outputs for are cleared for such a draw.
+/// The context's key without what has no effect in its state, and the inputs beside it. Fields that draw-texture's
+/// short shader has no outputs for are cleared for such a draw.
 ProgramKey normalizedKey(const GLIContext *ctx);

@@ -57,15 +57,15 @@ struct LightingState {
     Light lights[kMaxLights];
     Material material;
     LightModel model;
-    GLfloat sceneColor[4];     // derived: gles_LightModelProduct.sceneColor
-    uint32_t change;           // LightingChange bits
-    uint32_t geometryDirty;    // bit L: kind of light L must be derived again
-    uint32_t colorDirty[2];    // bit L: colour products of light L must be derived again; both words set together
-    uint32_t sceneColorDirty;  // 0 or 1
-    uint32_t directionalMask;  // bit L: light L is enabled and directional; likewise the next two
+    GLfloat sceneColor[4];    // derived: gles_LightModelProduct.sceneColor
+    uint32_t change;          // LightingChange bits
+    uint32_t geometryDirty;   // bit L: kind of light L must be derived again
+    uint32_t colorDirty[2];   // bit L: colour products of light L must be derived again; both words set together
+    uint32_t sceneColorDirty; // 0 or 1
+    uint32_t directionalMask; // bit L: light L is enabled and directional; likewise the next two
     uint32_t pointMask;
     uint32_t spotMask;
-    uint32_t zeroAmbientMask;  // bit L: light L is disabled or its ambient product is nowhere above 0
+    uint32_t zeroAmbientMask; // bit L: light L is disabled or its ambient product is nowhere above 0
     uint32_t zeroDiffuseMask;
     uint32_t zeroSpecularMask;
 };

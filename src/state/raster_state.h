@@ -9,15 +9,15 @@ struct GLIContext;
 
 /// Bits of the context dirty word.
 enum RasterDirty : uint32_t {
-    DIRTY_ENABLES = 0x4,       // a capability switch, light or material changed
-    DIRTY_TEXUNIT0 = 0x20,     // crop rectangle or texture generation of unit 0
+    DIRTY_ENABLES = 0x4,   // a capability switch, light or material changed
+    DIRTY_TEXUNIT0 = 0x20, // crop rectangle or texture generation of unit 0
     DIRTY_TEXUNIT1 = 0x40,
-    DIRTY_TEXENV0 = 0x1000,    // texture environment of unit 0
+    DIRTY_TEXENV0 = 0x1000, // texture environment of unit 0
     DIRTY_TEXENV1 = 0x2000,
     DIRTY_TEXTURE_FORMAT = 0x4000, // a unit's texture format
     DIRTY_ALPHA_TEST = 0x4000,     // shares the bit
-    DIRTY_POINTS = 0x8000,     // point sprite, smoothing, size, attenuation
-    DIRTY_COORD_REPLACE = 0x8000, // shares the bit
+    DIRTY_POINTS = 0x8000,         // point sprite, smoothing, size, attenuation
+    DIRTY_COORD_REPLACE = 0x8000,  // shares the bit
     DIRTY_FOG = 0x10000,
 };
 
@@ -38,13 +38,13 @@ struct AlphaTestState {
 };
 
 struct PointLineState {
-    GLfloat lineWidth;     // pixels; start 1
-    GLfloat pointSize;     // pixels; start 1
-    GLfloat pointSizeMin;  // pixels; start 0
-    GLfloat pointSizeMax;  // pixels; start 128
-    GLfloat pointFadeThreshold; // stored only; start 1
+    GLfloat lineWidth;              // pixels; start 1
+    GLfloat pointSize;              // pixels; start 1
+    GLfloat pointSizeMin;           // pixels; start 0
+    GLfloat pointSizeMax;           // pixels; start 128
+    GLfloat pointFadeThreshold;     // stored only; start 1
     GLfloat distanceAttenuation[3]; // constant, linear, quadratic; start 1, 0, 0
-    uint32_t attenuationActive; // distanceAttenuation differs from 1, 0, 0
+    uint32_t attenuationActive;     // distanceAttenuation differs from 1, 0, 0
 };
 
 /// Places of HintState::mode, in the order of their enums.

@@ -11,27 +11,27 @@ constexpr uint32_t kCubeFaces = 6;
 
 /// What the library knows of one texture name; the texels are the backend's, under the same name.
 struct TextureObject {
-    GLuint name;                      // 0 for the three default objects
-    GLint width[kCubeFaces];          // texels of level 0, per face; face 0 for 2D and external
+    GLuint name;             // 0 for the three default objects
+    GLint width[kCubeFaces]; // texels of level 0, per face; face 0 for 2D and external
     GLint height[kCubeFaces];
     GLenum internalFormat[kCubeFaces]; // of level 0, as normalizeInternalFormat gives it
-    GLint cropRect[4];                // GL_TEXTURE_CROP_RECT_OES: left, bottom, width, height in texels
-    uint8_t generateMipmap;           // GL_GENERATE_MIPMAP: 0 or 1
-    uint8_t unnamed;                  // the name was deleted; the record lives while a context binds it
-    uint32_t bindings;                // unit bindings of all contexts that point here; not counted for default objects
-    TextureObject *next;              // next record of the overflow list
+    GLint cropRect[4];                 // GL_TEXTURE_CROP_RECT_OES: left, bottom, width, height in texels
+    uint8_t generateMipmap;            // GL_GENERATE_MIPMAP: 0 or 1
+    uint8_t unnamed;                   // the name was deleted; the record lives while a context binds it
+    uint32_t bindings;                 // unit bindings of all contexts that point here; not counted for default objects
+    TextureObject *next;               // next record of the overflow list
 };
 
 /// The texture names of one share group.
 struct TextureNamespace {
-    GLuint shareCount;                // contexts of the group
-    TextureObject default2D;          // name 0 of each target
+    GLuint shareCount;       // contexts of the group
+    TextureObject default2D; // name 0 of each target
     TextureObject defaultCubeMap;
     TextureObject defaultExternal;
     uint8_t unitBoundInBackend[kTextureUnits]; // glBindTexture was called on the unit
-    uint32_t tableSize;               // slots of table: a multiple of 16, 16 to 256
-    TextureObject **table;            // by name; null until the name is first looked up
-    TextureObject *overflowHead;      // names that are not in the table, in the order of first use
+    uint32_t tableSize;                        // slots of table: a multiple of 16, 16 to 256
+    TextureObject **table;                     // by name; null until the name is first looked up
+    TextureObject *overflowHead;               // names that are not in the table, in the order of first use
     TextureObject *overflowTail;
 };
 
@@ -45,10 +45,10 @@ struct TextureBindings {
 
 /// Environment of one unit. Start values: see initTextureCombineMode.
 struct TexEnvState {
-    uint32_t coordReplace;  // GL_COORD_REPLACE_OES; not 0 = on
-    GLfloat scale[4];       // red, green, blue (GL_RGB_SCALE, three times) and alpha (GL_ALPHA_SCALE)
-    GLfloat color[4];       // GL_TEXTURE_ENV_COLOR, 0..1
-    GLenum mode;            // GL_TEXTURE_ENV_MODE
+    uint32_t coordReplace; // GL_COORD_REPLACE_OES; not 0 = on
+    GLfloat scale[4];      // red, green, blue (GL_RGB_SCALE, three times) and alpha (GL_ALPHA_SCALE)
+    GLfloat color[4];      // GL_TEXTURE_ENV_COLOR, 0..1
+    GLenum mode;           // GL_TEXTURE_ENV_MODE
     GLenum combineRgb;
     GLenum combineAlpha;
     GLenum srcRgb[3];

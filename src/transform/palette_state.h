@@ -10,10 +10,10 @@ struct GLIContext;
 constexpr uint32_t kAllPaletteMatrices = (1u << kPaletteMatrices) - 1;
 
 struct PaletteState {
-    uint32_t currentIndex; // 0..19: the matrix that commands and loads act on
-    uint32_t secondWord;   // kept at 0
-    uint32_t dirty;        // bit i: matrix i changed since the last palette draw
-    uint32_t normalsDirty; // bit i: normal matrix i is older than matrix i; kept while no draw needs normals
+    uint32_t currentIndex;  // 0..19: the matrix that commands and loads act on
+    uint32_t secondWord;    // kept at 0
+    uint32_t dirty;         // bit i: matrix i changed since the last palette draw
+    uint32_t normalsDirty;  // bit i: normal matrix i is older than matrix i; kept while no draw needs normals
     uint32_t nonOrthogonal; // bit i: matrix i may not use the short normal path
     MatrixRecord matrices[kPaletteMatrices];
     float upload[kPaletteMatrices][16];      // MV_palette, column-major

@@ -20,8 +20,8 @@ enum MatrixStack : uint32_t {
 
 /// Bits of the context dirty word and of TransformState::uniformDirty.
 enum TransformDirty : uint32_t {
-    DIRTY_TRANSFORM = 0x2,  // modelview, projection or palette load
-    DIRTY_PALETTE = 0x10,   // palette matrix command; in uniformDirty also: a palette array changed its size
+    DIRTY_TRANSFORM = 0x2, // modelview, projection or palette load
+    DIRTY_PALETTE = 0x10,  // palette matrix command; in uniformDirty also: a palette array changed its size
     DIRTY_TEXTURE_MATRIX0 = 0x80,
     DIRTY_TEXTURE_MATRIX1 = 0x100,
 };
@@ -30,19 +30,20 @@ struct TransformState {
     MatrixRecord modelview[kModelviewDepth]; // entry 0 is the bottom; every entry is float
     MatrixRecord projection[kProjectionDepth];
     MatrixRecord texture[kTextureUnits][kTextureMatrixDepth];
-    uint32_t depth[STACK_COUNT];     // entries above the bottom one; the palette's word is never read
-    MatrixRecord *top[STACK_COUNT];  // current entry; for the palette the current palette matrix
-    uint32_t currentStack;           // MatrixStack that commands act on
-    GLenum matrixMode;               // as last accepted by glMatrixMode
-    float normalMatrix[9];           // column-major, for gles_NormalMatrix; see updateTransformState
-    MatrixRecord effectiveProjection; // projectionAdjustment x projection top
-    MatrixRecord modelViewProjection; // projection top x modelview top, as of the last draw
+    uint32_t depth[STACK_COUNT];       // entries above the bottom one; the palette's word is never read
+    MatrixRecord *top[STACK_COUNT];    // current entry; for the palette the current palette matrix
+    uint32_t currentStack;             // MatrixStack that commands act on
+    GLenum matrixMode;                 // as last accepted by glMatrixMode
+    float normalMatrix[9];             // column-major, for gles_NormalMatrix; see updateTransformState
+    MatrixRecord effectiveProjection;  // projectionAdjustment x projection top
+    MatrixRecord modelViewProjection;  // projection top x modelview top, as of the last draw
     MatrixRecord projectionAdjustment; // applied in front of the application's projection; identity unless a surface
                                        // needs its image flipped or turned
-    uint32_t uniformDirty;           // TransformDirty bits and 0x8, 0x10 of the coordinate replacement; consumed by
-                                     // updateTransformState, not by the draw
-    uint32_t mvpMask;                // zero-one mask of modelViewProjection
-    uint32_t normalMatrixStale;      // the modelview or GL_RESCALE_NORMAL changed since normalMatrix was computed
+    uint32_t uniformDirty;             // TransformDirty bits and 0x8, 0x10 of the coordinate replacement; consumed by
+                                       // updateTransformState, not by the draw
+    uint32_t mvpMask;                  // zero-one mask of modelViewProjection
+    uint32_t normalMatrixStale;        // the modelview changed since normalMatrix was computed
+    uint32_t normalMatrixRescaled;     // GL_RESCALE_NORMAL as normalMatrix was computed with
 };
 
 /// Sets the start values: identity matrices, depth 0, modelview mode, the palette's start values; marks the transform.

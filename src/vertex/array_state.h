@@ -46,3 +46,10 @@ void initVertexArray(GLIContext *ctx);
 
 /// The key's per-vertex-colour bit: colour array enabled or lighting enabled. Run after either changes.
 void updatePerVertexColor(GLIContext *ctx);
+
+/// Bookkeeping of glBindBuffer; targets other than the array and element buffers are ignored.
+void bindBufferName(GLIContext *ctx, GLenum target, GLuint buffer);
+
+/// A buffer was deleted: every binding of this context to it becomes 0 (OpenGL ES 1.1, 2.9), and arrays that took their
+/// data from it point nowhere, since their offsets mean nothing without it.
+void forgetBufferName(GLIContext *ctx, GLuint buffer);

@@ -6,8 +6,8 @@
 
 struct GLIContext;
 
-/// Brings key, program, uniforms and attributes up to date for the draw whose primitiveFlags are set. Returns 1 when the
-/// draw may go ahead, 0 when it must be skipped: palette without its arrays, or no usable program.
+/// Brings key, program, uniforms and attributes up to date for the draw whose primitiveFlags are set. Returns 1 when
+/// the draw may go ahead, 0 when it must be skipped: palette without its arrays, or no usable program.
 uint32_t validateShadowState(GLIContext *ctx);
 
 /// Binds position, colour, texture coordinates, normal and point size to the current program's attributes.

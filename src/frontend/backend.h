@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// The OpenGL ES 2.0 library behind this one: one pointer per entry point, named after it with the suffix _2_0, shared
+// by all contexts. The exported ones are data symbols, so that companion components call the same backend.
+#pragma once
+
+#include "frontend/gl_headers.h"
+
+struct GLIContext;
+
+#define BACKEND_EXPORTED TRL20_EXPORT
+#define BACKEND_INTERNAL extern "C"
+
+// A row becomes: extern "C" void(GL_APIENTRY *glClear_2_0)(GLbitfield mask);
+#define BACKEND(name, result, arguments, visibility, group, need)                                                      \
+    BACKEND_##visibility result(GL_APIENTRY *name##_2_0) arguments;
+#include "frontend/backend.def"
+
+#undef BACKEND_EXPORTED
+#undef BACKEND_INTERNAL
+
+/// Handle of the backend library; null until it is mapped.
+TRL20_EXPORT void *hGllModule;
+/// Handle of the EGL module. Never set here; unmapped with the backend when not null.
+TRL20_EXPORT void *hEglModule;
+
+/// Looks every backend entry point up in the module of the context. A missing core one is an assertion and stays null.
+TRL20_EXPORT void Load_Gll_2_0(void *context);

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+// State that has no effect must not make keys differ: what of the state really decides the texts.
+#include "frontend/context.h"
+#include "shadergen/program_cache.h"
+
+namespace {
+
+void clearLightingFields(ShaderStateBitfield &key)
+{
+    key.normalizeNormal = 0;
+    key.lightCount = 0;
+    key.directionalLight = 0;
+    key.pointLight = 0;
+    key.disableSpot = 0;
+    key.noAmbient = 0;
+    key.noDiffuse = 0;
+    key.noSpecular = 0;
+}
+
+// Draw-texture's vertex shader passes position, colour and coordinates on. It has no output for fog, the clip plane,
+// the alpha factor or a back colour, and neither lights nor matrices reach it.
+void keepPassThroughFields(ShaderStateBitfield &key)
+{
+    ShaderStateBitfield kept = {};
+    kept.alphaFunc = key.alphaFunc;
+    for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
+        kept.combine[unit] = key.combine[unit];
+        kept.unit[unit].enabled = key.unit[unit].enabled;
+        kept.unit[unit].cubeMap = key.unit[unit].cubeMap;
+        kept.unit[unit].external = key.unit[unit].external;
+        kept.unit[unit].projective = key.unit[unit].projective;
+    }
+    kept.packedTexCoords = key.packedTexCoords;
+    kept.perVertexColor = key.perVertexColor;
+    kept.flatShading = key.flatShading;
+    kept.passThrough = 1;
+    key = kept;
+}
+
+// Bit i of an 8-bit mask to bit 2i.
+uint32_t spreadBits(uint32_t mask)
+{
+    mask = (mask | mask << 4) & 0x0F0F;
+    mask = (mask | mask << 2) & 0x3333;
+    return (mask | mask << 1) & 0x5555;
+}
+
+uint32_t lightKinds(const LightingState &lighting)
+{
+    static_assert(LIGHT_DIRECTIONAL == 1 && LIGHT_POINT == 2 && LIGHT_SPOT == 3);
+    return spreadBits(lighting.directionalMask | lighting.spotMask) | spreadBits(lighting.pointMask | lighting.spotMask)
+                                                                          << 1;
+}
+
+} // namespace
+
+ProgramKey normalizedKey(const GLIContext *ctx)
+{
+    ProgramKey key = {.state = ctx->key, .inputs = {}};
+    ShaderStateBitfield &state = key.state;
+    for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
+        if (state.unit[unit].enabled) continue;
+        state.combine[unit] = {};
+        state.unit[unit] = {};
+    }
+    if (state.passThrough) {
+        keepPassThroughFields(state);
+        return key;
+    }
+
+    if (!state.lighting) {
+        // Texture generation reads the transformed normal too; the key's own bit is the lighting's.
+        key.inputs.normalizeForTexGen = state.normalizeNormal && !state.noTexGen;
+        clearLightingFields(state);
+    } else {
+        key.inputs.lightKinds = lightKinds(ctx->lighting) & 0xFFFF;
+    }
+    if (!state.matrixPalette) {
+        state.vertexUnits = 0;
+    } else {
+        key.inputs.paletteUnits = paletteUnits(ctx) & 0x7;
+    }
+    key.inputs.pointAttenuation = ctx->pointLine.attenuationActive != 0;
+    key.inputs.fogBlendInShader = state.fogMode != FOG_NONE && ctx->backend.lacksFog;
+    return key;
+}

@@ -1,0 +1,171 @@
+// SPDX-License-Identifier: MIT
+#include "shadergen/program_cache.h"
+
+#include "frontend/backend.h"
+#include "frontend/context.h"
+#include "shadergen/generators.h"
+#include "shadergen/locations.h"
+#include "shadergen/program_log.h"
+#include "shadergen/program_tree.h"
+#include "vsp.h"
+
+#include <cstring>
+
+namespace {
+
+void unlinkUse(ShaderCacheNode *node)
+{
+    node->previous->next = node->next;
+    node->next->previous = node->previous;
+}
+
+void appendMostRecent(ShaderCache *cache, ShaderCacheNode *node)
+{
+    node->next = &cache->lru;
+    node->previous = cache->lru.previous;
+    cache->lru.previous->next = node;
+    cache->lru.previous = node;
+}
+
+// A shader of the given text, compiled; its status is not asked for: a faulty program shows at its draws.
+GLuint buildShader(GLenum type, const char *text)
+{
+    const GLuint shader = glCreateShader_2_0(type);
+    glShaderSource_2_0(shader, 1, &text, nullptr);
+    glCompileShader_2_0(shader);
+    return shader;
+}
+
+// Fills the entry for the wanted key. Returns 0 when there was no memory for a text; nothing is left in the backend
+// then.
+uint32_t buildProgram(GLIContext *ctx, ShaderProgramEntry *entry)
+{
+    const char *text = GenerateVertexShader(ctx);
+    if (!text) return 0;
+    entry->vertexShader = buildShader(GL_VERTEX_SHADER, text);
+    text = GenerateFragmentShader(ctx);
+    if (!text) {
+        glDeleteShader_2_0(entry->vertexShader);
+        return 0;
+    }
+    entry->fragmentShader = buildShader(GL_FRAGMENT_SHADER, text);
+    entry->key = ctx->shaderCache->wanted;
+
+    entry->program = glCreateProgram_2_0();
+    glBindAttribLocation_2_0(entry->program, 0, "gles_Vertex");
+    glAttachShader_2_0(entry->program, entry->fragmentShader);
+    glAttachShader_2_0(entry->program, entry->vertexShader);
+    glLinkProgram_2_0(entry->program);
+    setVariableLocation(ctx, entry);
+    return 1;
+}
+
+void destroyProgram(const ShaderProgramEntry &entry)
+{
+    glDetachShader_2_0(entry.program, entry.fragmentShader);
+    glDetachShader_2_0(entry.program, entry.vertexShader);
+    glDeleteShader_2_0(entry.fragmentShader);
+    glDeleteShader_2_0(entry.vertexShader);
+    glDeleteProgram_2_0(entry.program);
+}
+
+// Makes the least recently used entry give its node back. The deletion may have moved another entry into that entry's
+// old node, and with it to the least recent place: it is the next to go.
+ShaderCacheNode *evictLeastRecent(ShaderCache *cache)
+{
+    const ProgramKey oldest = cache->lru.next->entry.key;
+    ShaderCacheNode *node = removeProgram(&cache->root, oldest);
+    unlinkUse(node);
+    destroyProgram(node->entry);
+    return node;
+}
+
+// A node outside tree and list: an evicted one when the cache is full, else a new one. Null without memory.
+ShaderCacheNode *takeNode(ShaderCache *cache)
+{
+    if (cache->nodeCount == cache->capacity) return evictLeastRecent(cache);
+    auto *node = static_cast<ShaderCacheNode *>(os_malloc(sizeof(ShaderCacheNode)));
+    if (node) ++cache->nodeCount;
+    return node;
+}
+
+// A node with the program of the wanted key, in the tree; null without memory.
+ShaderCacheNode *addProgram(GLIContext *ctx)
+{
+    ShaderCache *cache = ctx->shaderCache;
+    ShaderCacheNode *node = takeNode(cache);
+    if (!node) return nullptr;
+    if (!buildProgram(ctx, &node->entry)) {
+        os_free(node);
+        --cache->nodeCount;
+        return nullptr;
+    }
+    insertProgram(&cache->root, node);
+    return node;
+}
+
+// The node of the wanted key, taken out of the list, or a new one; null without memory.
+ShaderCacheNode *findOrAddProgram(GLIContext *ctx)
+{
+    ShaderCache *cache = ctx->shaderCache;
+    ShaderCacheNode *node = findProgram(cache->root, cache->wanted);
+    if (!node) {
+        ++cache->missCount;
+        return addProgram(ctx);
+    }
+    ++cache->hitCount;
+    unlinkUse(node);
+    return node;
+}
+
+} // namespace
+
+void initShaderCache(GLIContext *ctx)
+{
+    ctx->currentEntry = nullptr;
+    auto *cache = static_cast<ShaderCache *>(os_malloc(sizeof(ShaderCache)));
+    ctx->shaderCache = cache;
+    if (!cache) return;
+    os_memset(cache, 0, sizeof(ShaderCache));
+    cache->capacity = kCacheCapacity;
+    cache->lru.next = cache->lru.previous = &cache->lru;
+}
+
+void destroyShaderCache(GLIContext *ctx)
+{
+    ShaderCache *cache = ctx->shaderCache;
+    if (!cache) return;
+
+    for (ShaderCacheNode *node = cache->lru.next; node != &cache->lru;) {
+        ShaderCacheNode *next = node->next;
+        os_free(node);
+        node = next;
+    }
+    os_free(cache);
+    ctx->shaderCache = nullptr;
+    ctx->currentEntry = nullptr;
+}
+
+void gliSetShaderProgram(GLIContext *ctx)
+{
+    ShaderCache *cache = ctx->shaderCache;
+    if (!cache) return;
+
+    const ProgramKey key = normalizedKey(ctx);
+    if (ctx->currentEntry && std::memcmp(&ctx->currentEntry->key, &key, sizeof(key)) == 0) {
+        ++cache->hitCount;
+        return;
+    }
+
+    cache->wanted = key;
+    ShaderCacheNode *node = findOrAddProgram(ctx);
+    if (node) appendMostRecent(cache, node);
+    if (!node || node->entry.vertexShader == 0 || node->entry.fragmentShader == 0) {
+        ctx->currentEntry = nullptr;
+        glUseProgram_2_0(0);
+        return;
+    }
+    ctx->currentEntry = &node->entry;
+    glUseProgram_2_0(node->entry.program);
+    writeRequestedProgramLogs(node->entry);
+}
