@@ -8,7 +8,9 @@
 #include "frontend/current.h"
 #include "frontend/lifecycle.h"
 
-extern "C" uint32_t __gl_tls_index = 0;
+extern "C" {
+uint32_t __gl_tls_index = 0;
+}
 
 namespace {
 

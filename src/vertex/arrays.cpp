@@ -114,8 +114,9 @@ void forgetBufferName(GLIContext *ctx, GLuint buffer)
     ArrayState &arrays = ctx->arrays;
     if (arrays.arrayBuffer == buffer) arrays.arrayBuffer = 0;
     if (arrays.elementArrayBuffer == buffer) arrays.elementArrayBuffer = 0;
-    for (ClientArray *array : {&arrays.vertex, &arrays.normal, &arrays.color, &arrays.texCoord[0], &arrays.texCoord[1],
-                               &arrays.matrixIndex, &arrays.weight, &arrays.pointSize})
+    ClientArray *const all[] = {&arrays.vertex,      &arrays.normal,      &arrays.color,  &arrays.texCoord[0],
+                                &arrays.texCoord[1], &arrays.matrixIndex, &arrays.weight, &arrays.pointSize};
+    for (ClientArray *array : all)
         forgetBuffer(*array, buffer);
     ctx->dirty |= DIRTY_ARRAYS;
 }
