@@ -26,5 +26,8 @@ void initPalette(GLIContext *ctx);
 /// Marks one palette matrix as changed; an index of 32 or more is ignored.
 void markPaletteMatrix(GLIContext *ctx, uint32_t index);
 
+/// Marks all palette matrices, for a change that their normal matrices depend on.
+void markAllPaletteMatrices(GLIContext *ctx);
+
 /// Number of palette matrices blended per vertex: the weight array's size, 0 to 4; a negative size counts as 0.
 uint32_t paletteUnits(const GLIContext *ctx);
