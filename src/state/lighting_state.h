@@ -78,5 +78,14 @@ void initLighting(GLIContext *ctx);
 void wipeMaterial(GLIContext *ctx);
 void wipeLighting(GLIContext *ctx);
 
+/// A light was switched on or off: its kind and its colour products must be derived again, and the key counts it.
+void noteLightEnable(GLIContext *ctx, uint32_t light);
+
+/// The colour products of the lights in lightMask must be derived again.
+void markLightColors(LightingState &lighting, uint32_t lightMask);
+
+/// Light, light model or material changed: marks the context, when lighting is on.
+void markLitDraws(GLIContext *ctx);
+
 /// Works the change marks: scene colour, then for marked lights 0 to 7 kind, colour products and the six masks.
 void deriveLights(GLIContext *ctx);

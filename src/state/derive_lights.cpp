@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// What draws need of the lights beyond what the application gave: kinds, colour products, scene colour.
+#include "frontend/context.h"
+
+namespace {
+
+constexpr uint32_t SPOT_CUTOFF = 1; // place of the cutoff in Light::packed0
+
+void copyColor(GLfloat to[4], const GLfloat from[4])
+{
+    for (uint32_t i = 0; i < 4; ++i)
+        to[i] = from[i];
+}
+
+void multiplyColors(GLfloat to[4], const GLfloat a[4], const GLfloat b[4])
+{
+    for (uint32_t i = 0; i < 4; ++i)
+        to[i] = a[i] * b[i];
+}
+
+void setBit(uint32_t &mask, uint32_t bit, bool value)
+{
+    mask = value ? mask | bit : mask & ~bit;
+}
+
+bool isNowherePositive(const GLfloat color[4])
+{
+    return !(color[0] > 0.0f || color[1] > 0.0f || color[2] > 0.0f || color[3] > 0.0f);
+}
+
+LightKind kindOf(const Light &light)
+{
+    if (!light.enabled) return LIGHT_OFF;
+    if (light.position[3] == 0.0f) return LIGHT_DIRECTIONAL;
+    return light.packed0[SPOT_CUTOFF] != 180.0f ? LIGHT_SPOT : LIGHT_POINT;
+}
+
+void deriveKind(LightingState &lighting, uint32_t index)
+{
+    Light &light = lighting.lights[index];
+    const uint32_t bit = 1u << index;
+    light.kind = kindOf(light);
+    setBit(lighting.directionalMask, bit, light.kind == LIGHT_DIRECTIONAL);
+    setBit(lighting.pointMask, bit, light.kind == LIGHT_POINT);
+    setBit(lighting.spotMask, bit, light.kind == LIGHT_SPOT);
+}
+
+void deriveColors(LightingState &lighting, uint32_t index, bool colorMaterial)
+{
+    Light &light = lighting.lights[index];
+    const Material &material = lighting.material;
+    if (colorMaterial) {
+        // The shader multiplies these two by the vertex colour.
+        copyColor(light.ambientProduct, light.ambient);
+        copyColor(light.diffuseProduct, light.diffuse);
+    } else {
+        multiplyColors(light.ambientProduct, light.ambient, material.ambient);
+        multiplyColors(light.diffuseProduct, light.diffuse, material.diffuse);
+    }
+    multiplyColors(light.specularProduct, light.specular, material.specular);
+
+    const uint32_t bit = 1u << index;
+    setBit(lighting.zeroAmbientMask, bit, !light.enabled || isNowherePositive(light.ambientProduct));
+    setBit(lighting.zeroDiffuseMask, bit, !light.enabled || isNowherePositive(light.diffuseProduct));
+    setBit(lighting.zeroSpecularMask, bit, !light.enabled || isNowherePositive(light.specularProduct));
+}
+
+// OpenGL ES 1.1, 2.12.1: emission plus global ambient, with the diffuse alpha. Under colour material the shader adds
+// the emission itself, after the product with the vertex colour.
+void deriveSceneColor(LightingState &lighting, bool colorMaterial)
+{
+    const GLfloat *ambient = lighting.model.ambient;
+    if (colorMaterial) return copyColor(lighting.sceneColor, ambient);
+
+    const Material &material = lighting.material;
+    for (uint32_t i = 0; i < 3; ++i)
+        lighting.sceneColor[i] = material.emission[i] + ambient[i] * material.ambient[i];
+    lighting.sceneColor[3] = material.diffuse[3];
+}
+
+} // namespace
+
+void noteLightEnable(GLIContext *ctx, uint32_t light)
+{
+    LightingState &lighting = ctx->lighting;
+    ctx->key.lightCount += lighting.lights[light].enabled ? 1u : 15u; // modulo the field's 4 bits
+    lighting.geometryDirty |= 1u << light;
+    // The zero masks count a disabled light as black.
+    markLightColors(lighting, 1u << light);
+    ctx->dirty |= DIRTY_ENABLES;
+}
+
+void markLightColors(LightingState &lighting, uint32_t lightMask)
+{
+    lighting.colorDirty[0] |= lightMask;
+    lighting.colorDirty[1] |= lightMask;
+}
+
+void markLitDraws(GLIContext *ctx)
+{
+    if (ctx->key.lighting) ctx->dirty |= DIRTY_ENABLES;
+}
+
+void deriveLights(GLIContext *ctx)
+{
+    LightingState &lighting = ctx->lighting;
+    const bool colorMaterial = ctx->key.colorMaterial;
+    // What these bits stand for is read from the state at every lit draw.
+    lighting.change = 0;
+    if (lighting.sceneColorDirty) {
+        deriveSceneColor(lighting, colorMaterial);
+        lighting.sceneColorDirty = 0;
+    }
+
+    const uint32_t colorDirty = lighting.colorDirty[0] | lighting.colorDirty[1];
+    if ((lighting.geometryDirty | colorDirty) == 0) return;
+    for (uint32_t i = 0; i < kMaxLights; ++i) {
+        if (lighting.geometryDirty & (1u << i)) deriveKind(lighting, i);
+        if (colorDirty & (1u << i)) deriveColors(lighting, i, colorMaterial);
+    }
+    lighting.geometryDirty = 0;
+    lighting.colorDirty[0] = 0;
+    lighting.colorDirty[1] = 0;
+}
