@@ -69,6 +69,13 @@ void initTextureObjects(TextureNamespace *textures);
 /// Frees every record and the table. The name space itself stays with the caller.
 void destroyTextureObjects(TextureNamespace *textures);
 
+/// The object of a name, made when it is new; name 0 gives the target's default object, and a target that is none is an
+/// assertion and null. Targets share the objects. Null without memory.
+TextureObject *lookupTextureObject(TextureNamespace *textures, GLenum target, GLuint name);
+
+/// The binding of the context's active unit for a target; null for a target that is none.
+TextureObject **activeBinding(GLIContext *ctx, GLenum target);
+
 /// Points all six bindings of a context at the default objects, dropping what they held.
 void bindDefaultTextures(GLIContext *ctx);
 
@@ -83,3 +90,18 @@ void updateTextureEnables(GLIContext *ctx, uint32_t unit);
 /// Records the format of the texture that drives each enabled unit; for make-current in a share group, where another
 /// context may have respecified a texture.
 void refreshUnitFormats(GLIContext *ctx);
+
+/// The format recorded for an image: one of the five base formats. Compressed formats count as GL_RGBA or GL_RGB.
+GLenum normalizeInternalFormat(GLenum format);
+
+/// Records the format for the active unit when target and face are what its enables make it sample: the first face of
+/// an enabled cube map, a 2D texture under no enabled cube map or external target, or an external one alone. A cube
+/// face enum never is.
+void updateInternalFormat(GLIContext *ctx, GLenum target, GLenum format, uint32_t face);
+
+/// Records a format for a unit and marks what depends on it; an equal one marks nothing.
+void recordUnitFormat(GLIContext *ctx, uint32_t unit, GLenum format);
+
+/// Records the format of an object, of which an image was just given, for the units beside the active one that sample
+/// it.
+void refreshOtherUnits(GLIContext *ctx, const TextureObject *object);
