@@ -63,11 +63,20 @@ void convertQueryValues(const void *values, uint32_t count, uint32_t kind, uint3
         int32_t word;
         std::memcpy(&word, static_cast<const char *>(values) + 4 * i, sizeof(word));
         switch (output) {
-        case QUERY_OUTPUT_BOOLEAN: static_cast<GLboolean *>(out)[i] = toBoolean(word, kind); break;
-        case QUERY_OUTPUT_INTEGER: static_cast<GLint *>(out)[i] = toInteger(word, kind); break;
-        case QUERY_OUTPUT_FLOAT: static_cast<GLfloat *>(out)[i] = toFloat(word, kind); break;
-        case QUERY_OUTPUT_FIXED: static_cast<GLfixed *>(out)[i] = toFixed(word, kind); break;
-        default: return;
+        case QUERY_OUTPUT_BOOLEAN:
+            static_cast<GLboolean *>(out)[i] = toBoolean(word, kind);
+            break;
+        case QUERY_OUTPUT_INTEGER:
+            static_cast<GLint *>(out)[i] = toInteger(word, kind);
+            break;
+        case QUERY_OUTPUT_FLOAT:
+            static_cast<GLfloat *>(out)[i] = toFloat(word, kind);
+            break;
+        case QUERY_OUTPUT_FIXED:
+            static_cast<GLfixed *>(out)[i] = toFixed(word, kind);
+            break;
+        default:
+            return;
         }
     }
 }

@@ -37,7 +37,9 @@ Answer answerFor(const GLIContext *ctx, GLenum pname, GLint room[kMaxValues])
     const uint32_t client = ctx->arrays.clientUnit;
     switch (pname) {
 #define QUERY_INTEGER(name, value)                                                                                     \
-    case name: room[0] = static_cast<GLint>(value); return {room, 1, QUERY_KIND_INTEGER};
+    case name:                                                                                                         \
+        room[0] = static_cast<GLint>(value);                                                                           \
+        return {room, 1, QUERY_KIND_INTEGER};
 #define QUERY_INTEGERS(name, number, ...)                                                                              \
     case name: {                                                                                                       \
         const GLint list[number] = __VA_ARGS__;                                                                        \
@@ -45,15 +47,21 @@ Answer answerFor(const GLIContext *ctx, GLenum pname, GLint room[kMaxValues])
         return {room, number, QUERY_KIND_INTEGER};                                                                     \
     }
 #define QUERY_FLOATS(name, number, pointer)                                                                            \
-    case name: return {pointer, number, QUERY_KIND_FLOAT};
+    case name:                                                                                                         \
+        return {pointer, number, QUERY_KIND_FLOAT};
 #define QUERY_COLORS(name, number, pointer)                                                                            \
-    case name: return {pointer, number, QUERY_KIND_NORMALISED};
+    case name:                                                                                                         \
+        return {pointer, number, QUERY_KIND_NORMALISED};
 #define QUERY_BACKEND(name, number, asked)                                                                             \
-    case name: askBackend(asked, room); return {room, number, QUERY_KIND_INTEGER};
+    case name:                                                                                                         \
+        askBackend(asked, room);                                                                                       \
+        return {room, number, QUERY_KIND_INTEGER};
 #define QUERY_NOTHING(name)                                                                                            \
-    case name: return {room, 0, QUERY_KIND_INTEGER};
+    case name:                                                                                                         \
+        return {room, 0, QUERY_KIND_INTEGER};
 #include "query/state_names.def"
-    default: return {nullptr, 0, QUERY_KIND_INTEGER};
+    default:
+        return {nullptr, 0, QUERY_KIND_INTEGER};
     }
 }
 
@@ -129,9 +137,15 @@ GL_API const GLubyte *GL_APIENTRY glGetString(GLenum name)
 
     const char *text = nullptr;
     switch (name) {
-    case GL_VENDOR: text = "Quorvane, Inc."; break;
-    case GL_RENDERER: text = "QRN N614"; break;
-    case GL_VERSION: text = "OpenGL ES-CM 1.1"; break;
+    case GL_VENDOR:
+        text = "Quorvane, Inc.";
+        break;
+    case GL_RENDERER:
+        text = "QRN N614";
+        break;
+    case GL_VERSION:
+        text = "OpenGL ES-CM 1.1";
+        break;
     case GL_EXTENSIONS:
         text = "GL_QRN_compressed_R2X_texture GL_QRN_compressed_ZTC_texture GL_QRN_performance_monitor "
                "GL_ZEK_compressed_texture_zektc GL_ZEK_texture_compression_zektc GL_OES_blend_equation_separate "
@@ -141,7 +155,9 @@ GL_API const GLubyte *GL_APIENTRY glGetString(GLenum name)
                "GL_OES_point_size_array GL_OES_point_sprite GL_OES_read_format GL_OES_stencil_wrap "
                "GL_OES_texture_cube_map GL_OES_texture_env_crossbar GL_OES_texture_mirrored_repeat ";
         break;
-    default: __glSetError(GL_INVALID_ENUM); return nullptr;
+    default:
+        __glSetError(GL_INVALID_ENUM);
+        return nullptr;
     }
     return reinterpret_cast<const GLubyte *>(text);
 }
