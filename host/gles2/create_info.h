@@ -9,7 +9,8 @@
 /// argument; a null config asks for a context without one. A null pointer instead of this record lets the backend open
 /// a surfaceless display of its own.
 ///
-/// The attribute list of the call is an EGLint list ended by EGL_NONE, or null. A client version in it is replaced by 2.
+/// The attribute list of the call is an EGLint list ended by EGL_NONE, or null. A client version in it is replaced
+/// by 2.
 ///
 /// Surfaces of the make-current and swap slots are the machine's EGLSurface handles; null means none. Swap takes
 /// (context, EGLDisplay or null for the context's own, EGLSurface).

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: MIT
+#include "shader_scan.h"
+
+#include <algorithm>
+
+size_t nextSolid(const std::vector<Token> &tokens, size_t at)
+{
+    while (at < tokens.size() && isBlank(tokens[at]))
+        ++at;
+    return at;
+}
+
+size_t directiveEnd(const std::vector<Token> &tokens, size_t hash)
+{
+    while (hash < tokens.size() && tokens[hash].inDirective)
+        ++hash;
+    return hash;
+}
+
+std::string_view directiveWord(const std::vector<Token> &tokens, size_t hash, int n)
+{
+    for (size_t at = hash + 1; at < tokens.size() && tokens[at].inDirective; ++at) {
+        if (isBlank(tokens[at])) continue;
+        if (n-- == 0) return tokens[at].text;
+    }
+    return {};
+}
+
+static bool isPassableType(std::string_view type)
+{
+    static constexpr std::string_view types[] = {"float", "vec2", "vec3", "vec4", "mat2", "mat3", "mat4"};
+    return std::find(std::begin(types), std::end(types), type) != std::end(types);
+}
+
+static bool isPrecision(std::string_view word)
+{
+    return word == "lowp" || word == "mediump" || word == "highp";
+}
+
+// Reads "[precision] type name {, name} ;" behind the keyword at `keyword` into the list. Returns false when the
+// declaration has another shape.
+static bool readVaryings(const std::vector<Token> &tokens, size_t keyword, bool flat, std::vector<Varying> &varyings)
+{
+    const auto wordAt = [&](size_t at) {
+        const bool is = at < tokens.size() && tokens[at].kind == TokenKind::Identifier;
+        return is ? tokens[at].text : std::string_view();
+    };
+    size_t at = nextSolid(tokens, keyword + 1);
+    if (isPrecision(wordAt(at))) at = nextSolid(tokens, at + 1);
+    const std::string_view type = wordAt(at);
+    if (!isPassableType(type)) return false;
+
+    for (;;) {
+        at = nextSolid(tokens, at + 1);
+        const std::string_view name = wordAt(at);
+        if (name.empty()) return false;
+        at = nextSolid(tokens, at + 1);
+        if (at >= tokens.size()) return false;
+        if (tokens[at].text != "," && tokens[at].text != ";") return false; // an array
+        varyings.push_back({.type = type, .name = name, .flat = flat});
+        if (tokens[at].text == ";") return true;
+    }
+}
+
+// Index of the word before `at` on the way back over blanks; tokens.size() when there is none.
+static size_t previousSolid(const std::vector<Token> &tokens, size_t at)
+{
+    while (at-- > 0) {
+        if (!isBlank(tokens[at])) return at;
+    }
+    return tokens.size();
+}
+
+static void scanIdentifier(ShaderScan &scan, size_t at, int conditionalDepth)
+{
+    const Token &token = scan.tokens[at];
+    if (token.text == "gl_LineCoord") scan.lineCoord = true;
+    if (token.text == "gl_FogFactor") scan.fogFactor = true;
+    if (token.text == "gl_FragColor") scan.fragColor = true;
+    if (token.text == "gl_FragData") scan.fragData = true;
+    if (token.text == "samplerExternalOES") scan.externalSampler = true;
+    if (token.text != "varying") return;
+
+    const size_t before = previousSolid(scan.tokens, at);
+    const bool flat = before < scan.tokens.size() && scan.tokens[before].text == "flat";
+    scan.flat |= flat;
+    if (!readVaryings(scan.tokens, at, flat, scan.varyings) || token.inDirective || conditionalDepth > 0)
+        scan.varyingsAreSimple = false;
+}
+
+ShaderScan scanShader(std::string_view source)
+{
+    ShaderScan scan{};
+    scan.tokens = tokenize(source);
+    scan.varyingsAreSimple = true;
+    int depth = 0;
+    bool placed = true; // declarationsAt lies behind the last #version and #extension, outside of any #if
+    for (size_t at = 0; at < scan.tokens.size(); ++at) {
+        const Token &token = scan.tokens[at];
+        if (token.kind == TokenKind::Identifier) scanIdentifier(scan, at, depth);
+        if (token.kind == TokenKind::Hash) {
+            const std::string_view name = directiveWord(scan.tokens, at, 0);
+            if (name == "if" || name == "ifdef" || name == "ifndef") ++depth;
+            if (name == "endif" && depth > 0) --depth;
+            if (name == "version" && directiveWord(scan.tokens, at, 1) != "100") scan.ownVersion = true;
+            if (name == "version" || name == "extension") placed = false;
+        }
+        if (!placed && depth == 0 && token.kind == TokenKind::LineEnd) {
+            scan.declarationsAt = at + 1;
+            placed = true;
+        }
+    }
+    if (!placed) scan.declarationsAt = scan.tokens.size();
+    return scan;
+}

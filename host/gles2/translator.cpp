@@ -1,0 +1,325 @@
+// SPDX-License-Identifier: MIT
+#include "translator.h"
+
+#include "line_geometry.h"
+#include "shader_scan.h"
+
+#include <algorithm>
+#include <set>
+
+// How one shader is to be written. The same for both stages of a program.
+struct Target {
+    int version;                            // 100, 300, 310, 320
+    bool raisePrecision;                    // lowp and mediump become highp
+    bool expandLines;                       // a geometry shader stands between the stages
+    std::set<std::string_view> flatNames;   // varyings that are flat in either stage: GLSL ES 3.00 wants both to agree
+    std::set<std::string_view> passedNames; // varyings that the geometry shader hands on; empty without one
+};
+
+struct Renaming {
+    std::string_view from;
+    std::string_view to;
+};
+
+// Functions and variables that GLSL ES 3.00 knows under another name.
+static constexpr Renaming kRenamedIn300[] = {
+    {"texture2D", "texture"},
+    {"textureCube", "texture"},
+    {"texture2DProj", "textureProj"},
+    {"texture2DLod", "textureLod"},
+    {"texture2DProjLod", "textureProjLod"},
+    {"textureCubeLod", "textureLod"},
+    {"texture2DLodEXT", "textureLod"},
+    {"texture2DProjLodEXT", "textureProjLod"},
+    {"textureCubeLodEXT", "textureLod"},
+    {"gl_FragColor", "trl20_FragColor"},
+    {"gl_FragData", "trl20_FragData"},
+    {"gl_FragDepthEXT", "gl_FragDepth"},
+};
+
+// Extensions of 1.00 that 3.00 has in itself and refuses to hear of.
+static constexpr std::string_view kPartOf300[] = {
+    "GL_OES_standard_derivatives", "GL_EXT_frag_depth", "GL_EXT_shader_texture_lod",
+    "GL_EXT_draw_buffers",         "GL_OES_texture_3D",
+};
+
+static bool isPrecision(std::string_view word)
+{
+    return word == "lowp" || word == "mediump" || word == "highp";
+}
+
+static bool isBooleanType(std::string_view word)
+{
+    return word == "bool" || word == "bvec2" || word == "bvec3" || word == "bvec4";
+}
+
+// One shader on its way out.
+struct Writer {
+    const ShaderScan &scan;
+    const Target &target;
+    ShaderStage stage;
+    std::string out;
+};
+
+static std::string_view solidText(const ShaderScan &scan, size_t at)
+{
+    const size_t next = nextSolid(scan.tokens, at);
+    return next < scan.tokens.size() ? scan.tokens[next].text : std::string_view();
+}
+
+// Leaves out the tokens from `at` to before `end`, but for their line ends, so that later lines keep their numbers.
+static void dropTokens(Writer &writer, size_t at, size_t end)
+{
+    if (writer.out.ends_with('\r')) writer.out += ' '; // a \n behind the gap would make one line end of the two
+    for (; at < end; ++at)
+        writer.out.append(countLineEnds(writer.scan.tokens[at].text), '\n');
+}
+
+// Leaves out one word and the blanks behind it on its line. Returns the index to go on at.
+static size_t dropWord(Writer &writer, size_t at)
+{
+    const std::vector<Token> &tokens = writer.scan.tokens;
+    size_t end = at + 1;
+    while (end < tokens.size() && tokens[end].kind == TokenKind::Space)
+        ++end;
+    dropTokens(writer, at, end);
+    return end;
+}
+
+static bool isDroppedExtension(const Writer &writer, std::string_view extension)
+{
+    if (extension == "GL_QRN_line_coord" || extension == "GL_QRN_fog_blend") return true;
+    // Without such a sampler the request would only fail on drivers that lack the extension.
+    if (extension == "GL_OES_EGL_image_external") return !writer.scan.externalSampler;
+    if (writer.target.version < 300) return false;
+    return std::find(std::begin(kPartOf300), std::end(kPartOf300), extension) != std::end(kPartOf300);
+}
+
+static bool isDroppedDirective(const Writer &writer, size_t hash)
+{
+    const std::string_view name = directiveWord(writer.scan.tokens, hash, 0);
+    const std::string_view word = directiveWord(writer.scan.tokens, hash, 1);
+    if (name == "pragma") return word == "GL_QRN_flat_varying";
+    if (name == "version") return writer.target.version != 100; // the new one already stands on top
+    return name == "extension" && isDroppedExtension(writer, word);
+}
+
+// True when the varyings declared by the keyword at `at` are flat in one of the stages.
+static bool declaresFlat(const Writer &writer, size_t at)
+{
+    const std::vector<Token> &tokens = writer.scan.tokens;
+    for (; at < tokens.size() && tokens[at].text != ";"; ++at) {
+        if (tokens[at].kind == TokenKind::Identifier && writer.target.flatNames.count(tokens[at].text)) return true;
+    }
+    return false;
+}
+
+// The storage words of 3.00 for attribute and varying. Interpolation stands before storage.
+static std::string storage300(const Writer &writer, size_t at)
+{
+    if (writer.scan.tokens[at].text == "attribute") return "in";
+    const std::string direction = writer.stage == ShaderStage::Vertex ? "out" : "in";
+    return declaresFlat(writer, at) ? "flat " + direction : direction;
+}
+
+static std::string identifier300(const Writer &writer, size_t at)
+{
+    const std::string_view word = writer.scan.tokens[at].text;
+    if (word == "attribute" || word == "varying") return storage300(writer, at);
+    if (word == "GL_OES_EGL_image_external" && writer.scan.tokens[at].inDirective)
+        return "GL_OES_EGL_image_external_essl3";
+    if (writer.target.expandLines) {
+        if (writer.stage == ShaderStage::Vertex && writer.target.passedNames.count(word))
+            return kVertexVaryingPrefix + std::string(word);
+        // A line is always seen from its front; the rectangle made of it need not be.
+        if (writer.stage == ShaderStage::Fragment && word == "gl_FrontFacing") return "true";
+    }
+    for (const Renaming &renaming : kRenamedIn300) {
+        if (renaming.from == word) return std::string(renaming.to);
+    }
+    return std::string(word);
+}
+
+static std::string lineCoordExpression(const Writer &writer)
+{
+    if (!writer.target.expandLines) return "vec4(0.5)";
+    return std::string("(") + kLineCoordVarying + " / " + kLineCoordVarying + ".w)";
+}
+
+// Writes the identifier at `at`. Returns the index to go on at.
+static size_t writeIdentifier(Writer &writer, size_t at)
+{
+    const std::string_view word = writer.scan.tokens[at].text;
+    const std::string_view next = solidText(writer.scan, at + 1);
+    if (isPrecision(word) && isBooleanType(next)) return dropWord(writer, at);
+    if (word == "flat" && next == "varying") return dropWord(writer, at); // 3.00 gets it back from storage300
+    if (word == "invariant" && next == "varying" && writer.target.version >= 300 &&
+        writer.stage == ShaderStage::Fragment)
+        return dropWord(writer, at);
+
+    if (writer.target.raisePrecision && isPrecision(word))
+        writer.out += "highp";
+    else if (word == "gl_LineCoord" && writer.stage == ShaderStage::Fragment)
+        writer.out += lineCoordExpression(writer);
+    else if (word == "gl_FogFactor")
+        writer.out += "trl20_FogFactor";
+    else if (writer.target.version >= 300)
+        writer.out += identifier300(writer, at);
+    else
+        writer.out += word;
+    return at + 1;
+}
+
+// Declarations that the rewritten text relies on. Empty when there are none.
+static std::string declarations(const Writer &writer)
+{
+    if (writer.stage != ShaderStage::Fragment) return writer.scan.fogFactor ? "float trl20_FogFactor;" : "";
+    const std::string precision = writer.target.raisePrecision ? "highp " : "mediump ";
+    std::string text;
+    // The default of samplers is lowp, and what they return would be computed on in that precision.
+    if (writer.target.raisePrecision) {
+        text += "precision highp float; precision highp int; precision highp sampler2D; precision highp samplerCube; ";
+        if (writer.scan.externalSampler) text += "precision highp samplerExternalOES; ";
+    }
+    if (writer.scan.fogFactor) text += precision + "float trl20_FogFactor; ";
+    if (writer.target.version >= 300) {
+        if (writer.scan.fragColor) text += "out highp vec4 trl20_FragColor; ";
+        if (writer.scan.fragData) text += "layout(location = 0) out highp vec4 trl20_FragData[gl_MaxDrawBuffers]; ";
+        if (writer.target.expandLines && writer.scan.lineCoord)
+            text += std::string("in highp vec4 ") + kLineCoordVarying + "; ";
+    }
+    return text;
+}
+
+// A directive has to start its line, so declarations before one take a line of their own, which must not count.
+static void writeDeclarations(Writer &writer)
+{
+    const std::string text = declarations(writer);
+    if (text.empty()) return;
+    const std::vector<Token> &tokens = writer.scan.tokens;
+    const size_t at = writer.scan.declarationsAt;
+    size_t next = at;
+    while (next < tokens.size() && isBlank(tokens[next]) && tokens[next].kind != TokenKind::LineEnd)
+        ++next;
+    writer.out += text;
+    if (next >= tokens.size() || tokens[next].kind != TokenKind::Hash) return;
+
+    int line = 1;
+    for (size_t before = 0; before < at; ++before)
+        line += countLineEnds(tokens[before].text);
+    writer.out += "\n#line " + std::to_string(line) + "\n";
+}
+
+// The first line of a text in another version than 100. The text itself still starts at line 1.
+static std::string versionHeader(int version)
+{
+    return "#version " + std::to_string(version) + " es\n";
+}
+
+static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const Target &target)
+{
+    Writer writer{.scan = scan, .target = target, .stage = stage, .out = {}};
+    if (target.version != 100) writer.out = versionHeader(target.version) + "#line 1\n";
+    for (size_t at = 0; at < scan.tokens.size();) {
+        if (at == scan.declarationsAt) writeDeclarations(writer);
+        const Token &token = scan.tokens[at];
+        if (token.kind == TokenKind::Hash && isDroppedDirective(writer, at)) {
+            const size_t end = directiveEnd(scan.tokens, at);
+            dropTokens(writer, at, end);
+            at = end;
+        } else if (token.kind == TokenKind::Identifier) {
+            at = writeIdentifier(writer, at);
+        } else {
+            writer.out += token.text;
+            ++at;
+        }
+    }
+    if (scan.declarationsAt >= scan.tokens.size()) writeDeclarations(writer);
+    return std::move(writer.out);
+}
+
+static void collectFlat(const ShaderScan &scan, std::set<std::string_view> &names)
+{
+    for (const Varying &varying : scan.varyings) {
+        if (varying.flat) names.insert(varying.name);
+    }
+}
+
+// Version of the geometry shader and of the stages around it; 0 when the driver has no such stage.
+static int geometryVersion(const DriverAbilities &abilities)
+{
+    if (abilities.geometryEssl320) return 320;
+    return abilities.geometryExtensionEssl310.empty() ? 0 : 310;
+}
+
+static std::string geometryHeader(const DriverAbilities &abilities)
+{
+    const int version = geometryVersion(abilities);
+    if (version == 320) return versionHeader(version);
+    return versionHeader(version) + "#extension " + abilities.geometryExtensionEssl310 + " : require\n";
+}
+
+// The wishes of one or two shaders together.
+static Target chooseTarget(const DriverAbilities &abilities, const ShaderScan &scan, bool canExpandLines)
+{
+    Target target{.version = 100,
+                  .raisePrecision = abilities.fragmentHighp,
+                  .expandLines = false,
+                  .flatNames = {},
+                  .passedNames = {}};
+    if (scan.externalSampler && !abilities.externalImageEssl300) return target;
+    if (scan.lineCoord && canExpandLines && geometryVersion(abilities)) {
+        target.version = geometryVersion(abilities);
+        target.expandLines = true;
+    } else if (scan.flat && abilities.essl300) {
+        target.version = 300;
+    }
+    return target;
+}
+
+TranslatedProgram translateProgram(const std::string &vertex, const std::string &fragment,
+                                   const DriverAbilities &abilities)
+{
+    TranslatedProgram program;
+    const ShaderScan vertexScan = scanShader(vertex);
+    const ShaderScan fragmentScan = scanShader(fragment);
+    if (vertexScan.ownVersion || fragmentScan.ownVersion) {
+        program.vertex = vertex;
+        program.fragment = fragment;
+        program.version = 0;
+        return program;
+    }
+
+    ShaderScan both{};
+    both.flat = vertexScan.flat || fragmentScan.flat;
+    both.lineCoord = fragmentScan.lineCoord;
+    both.externalSampler = vertexScan.externalSampler || fragmentScan.externalSampler;
+    Target target = chooseTarget(abilities, both, vertexScan.varyingsAreSimple);
+    if (target.version != 100) {
+        collectFlat(vertexScan, target.flatNames);
+        collectFlat(fragmentScan, target.flatNames);
+    }
+    if (target.expandLines) {
+        std::vector<Varying> varyings = vertexScan.varyings;
+        for (Varying &varying : varyings) {
+            varying.flat = target.flatNames.count(varying.name) != 0;
+            target.passedNames.insert(varying.name);
+        }
+        program.geometry = lineGeometryShader(geometryHeader(abilities), varyings);
+    }
+    program.vertex = writeShader(ShaderStage::Vertex, vertexScan, target);
+    program.fragment = writeShader(ShaderStage::Fragment, fragmentScan, target);
+    program.version = target.version;
+    program.flatLost = both.flat && target.version == 100;
+    program.lineCoordLost = both.lineCoord && !target.expandLines;
+    return program;
+}
+
+std::string translateShader(ShaderStage stage, const std::string &source, const DriverAbilities &abilities)
+{
+    const ShaderScan scan = scanShader(source);
+    if (scan.ownVersion) return source;
+    Target target = chooseTarget(abilities, scan, stage == ShaderStage::Fragment);
+    if (target.version != 100) collectFlat(scan, target.flatNames);
+    return writeShader(stage, scan, target);
+}

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+// Shader text of the device's compiler made fit for a standard GLSL ES compiler. Uniform and attribute names, line
+// numbers and everything not named here stay as they are.
+//
+//   given                                     becomes
+//   precision qualifier before a bool type    nothing
+//   flat varying                              GLSL ES 3.00, or smooth where the driver has only 1.00
+//   #pragma GL_QRN_flat_varying               nothing
+//   #extension GL_QRN_line_coord, fog_blend   nothing
+//   gl_LineCoord                              an input from a generated geometry shader, or the line's middle
+//   gl_FogFactor                              a variable that nothing reads: fog is blended in the text itself
+//   #extension GL_OES_EGL_image_external      nothing when no external sampler is used; _essl3 in 3.00
+//   lowp, mediump, no default in fragments    highp, where fragment shaders have it
+#pragma once
+
+#include <string>
+
+/// What the driver's shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
+struct DriverAbilities {
+    bool fragmentHighp = false;                // highp float in fragment shaders
+    bool essl300 = false;                      // #version 300 es
+    bool externalImageEssl300 = false;         // GL_OES_EGL_image_external_essl3
+    bool geometryEssl320 = false;              // #version 320 es, with geometry shaders in it
+    std::string geometryExtensionEssl310 = {}; // geometry shaders as an extension of 310 es: its name; empty = none
+};
+
+enum class ShaderStage { Vertex, Fragment };
+
+struct TranslatedProgram {
+    std::string vertex;
+    std::string geometry; // empty: the program has no such stage
+    std::string fragment;
+    int version = 100;          // GLSL ES version of all stages: 100, 300, 310 or 320; 0 when a text named its own
+    bool flatLost = false;      // flat shading was asked for and is drawn smooth
+    bool lineCoordLost = false; // gl_LineCoord was asked for and is constant: lines are not smoothed
+};
+
+/// Names in the generated geometry shader, for whoever loads them: the viewport's size and the line's width, in pixels.
+inline constexpr const char *kViewportSizeUniform = "trl20_ViewportSize"; // vec2
+inline constexpr const char *kLineWidthUniform = "trl20_LineWidth";       // float
+
+/// Both shaders of a program, in one version of the language. A program whose text names a #version other than 100 is
+/// handed back unchanged.
+TranslatedProgram translateProgram(const std::string &vertex, const std::string &fragment,
+                                   const DriverAbilities &abilities);
+
+/// One shader by itself, to answer whether it compiles. The version is the one its own text needs; in a program it may
+/// become a higher one.
+std::string translateShader(ShaderStage stage, const std::string &source, const DriverAbilities &abilities);
