@@ -15,7 +15,7 @@ void generateVertexText(const ProgramKey &key, strbuf *out);
 void generateFragmentText(const ProgramKey &key, strbuf *out);
 
 /// The texts of the context's wanted key (ShaderCache::wanted), in the context's text buffer: valid until the next
-/// generation; null without memory.
+/// generation. Null when memory ran out; a text that is not complete is never returned.
 const char *GenerateVertexShader(GLIContext *ctx);
 const char *GenerateFragmentShader(GLIContext *ctx);
 
