@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: MIT
+// Kernels of the 4x4 matrix functions. A column is one vector register; every lane does exactly the rounded steps of
+// the scalar text, so the results do not depend on the machine.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
+using Column = float __attribute__((vector_size(16)));
+using ColumnBits = uint32_t __attribute__((vector_size(16)));
+
+struct MatrixColumns {
+    Column c[4];
+};
+
+inline Column loadColumn(const float *v)
+{
+    Column column;
+    std::memcpy(&column, v, sizeof(column));
+    return column;
+}
+
+inline void storeColumn(float *out, Column column)
+{
+    std::memcpy(out, &column, sizeof(column));
+}
+
+/// Stores the first three components and leaves out[3] alone.
+inline void storeThree(float *out, Column column)
+{
+    std::memcpy(out, &column, 2 * sizeof(float));
+    out[2] = column[2];
+}
+
+inline MatrixColumns loadColumns(const float *m)
+{
+    return {{loadColumn(m), loadColumn(m + 4), loadColumn(m + 8), loadColumn(m + 12)}};
+}
+
+inline void storeColumns(float *out, const MatrixColumns &m)
+{
+    for (uint32_t j = 0; j < 4; ++j)
+        storeColumn(out + 4 * j, m.c[j]);
+}
+
+/// Columns 0 to 2 weighted by v, added in order. Row by row these are also the sums of _fp_matrix_rowdot3: it adds the
+/// same first two products the other way round, and addition commutes.
+inline Column combineThree(const MatrixColumns &m, const float *v)
+{
+    return m.c[0] * v[0] + m.c[1] * v[1] + m.c[2] * v[2];
+}
+
+/// All four columns weighted by v, added in order; row by row the sums of _fp_matrix_rowdot4.
+inline Column combineFour(const MatrixColumns &m, const float *v)
+{
+    return combineThree(m, v) + m.c[3] * v[3];
+}
+
+inline MatrixColumns generalProduct(const MatrixColumns &left, const float *right)
+{
+    return {{combineFour(left, right), combineFour(left, right + 4), combineFour(left, right + 8),
+             combineFour(left, right + 12)}};
+}
+
+/// The product of two matrices with row 3 = (0, 0, 0, 1), whatever that row holds. The two forms of product differ in
+/// how they reach the translation.
+inline MatrixColumns affineProduct(const MatrixColumns &left, const float *right, Column translation)
+{
+    constexpr ColumnBits kFirstThree = {~0u, ~0u, ~0u, 0};
+    constexpr ColumnBits kLastOne = {0, 0, 0, 0x3F800000};
+    MatrixColumns out;
+    for (uint32_t j = 0; j < 3; ++j)
+        out.c[j] = (Column)((ColumnBits)combineThree(left, right + 4 * j) & kFirstThree);
+    out.c[3] = (Column)(((ColumnBits)translation & kFirstThree) | kLastOne);
+    return out;
+}
+
+/// Row of a matrix times a 3-vector; p points to the row's first element.
+inline float rowDot3(const float *p, const float *v)
+{
+    return p[4] * v[1] + p[0] * v[0] + p[8] * v[2];
+}
+
+/// Bit i is set when m[i] equals 0 of either sign, bit 16 + i when it equals 1. The reference of zeroOneMask.
+inline uint32_t zeroOneMaskPlain(const float *m)
+{
+    uint32_t mask = 0;
+    for (uint32_t i = 0; i < 16; ++i) {
+        mask |= static_cast<uint32_t>(m[i] == 0.0f) << i;
+        mask |= static_cast<uint32_t>(m[i] == 1.0f) << (16 + i);
+    }
+    return mask;
+}
+
+#if defined(__SSE2__)
+
+/// Bit i is set when m[i] equals value.
+inline uint32_t equalMask(const float *m, __m128 value)
+{
+    const __m128i c0 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m), value));
+    const __m128i c1 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m + 4), value));
+    const __m128i c2 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m + 8), value));
+    const __m128i c3 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m + 12), value));
+    const __m128i bytes = _mm_packs_epi16(_mm_packs_epi32(c0, c1), _mm_packs_epi32(c2, c3));
+    return static_cast<uint32_t>(_mm_movemask_epi8(bytes));
+}
+
+inline uint32_t zeroOneMask(const float *m)
+{
+    return equalMask(m, _mm_setzero_ps()) | equalMask(m, _mm_set1_ps(1.0f)) << 16;
+}
+
+#else
+
+inline uint32_t zeroOneMask(const float *m)
+{
+    return zeroOneMaskPlain(m);
+}
+
+#endif
