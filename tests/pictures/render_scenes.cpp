@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+// Draws every scene with the EGL and ES 1.1 libraries it is started with, headless, each in a context of its own, and
+// writes NAME.png into a folder. The same program runs on the drop-in pair and on the machine's own libraries.
+//   render_scenes DIR [NAME...]
+#include "pictures/image.h"
+#include "pictures/scene.h"
+
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+namespace {
+
+[[noreturn]] void fail(const char *what)
+{
+    std::fprintf(stderr, "render_scenes: %s (EGL error 0x%04x)\n", what, eglGetError());
+    std::exit(1);
+}
+
+EGLDisplay openDisplay()
+{
+    const auto getPlatformDisplay =
+        reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(eglGetProcAddress("eglGetPlatformDisplayEXT"));
+    if (!getPlatformDisplay) fail("no eglGetPlatformDisplayEXT");
+    const EGLDisplay display = getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+    if (display == EGL_NO_DISPLAY || !eglInitialize(display, nullptr, nullptr)) fail("no surfaceless display");
+    return display;
+}
+
+EGLConfig chooseConfig(EGLDisplay display)
+{
+    const EGLint wanted[] = {EGL_SURFACE_TYPE,
+                             EGL_PBUFFER_BIT,
+                             EGL_RENDERABLE_TYPE,
+                             EGL_OPENGL_ES_BIT,
+                             EGL_RED_SIZE,
+                             8,
+                             EGL_GREEN_SIZE,
+                             8,
+                             EGL_BLUE_SIZE,
+                             8,
+                             EGL_ALPHA_SIZE,
+                             8,
+                             EGL_DEPTH_SIZE,
+                             24,
+                             EGL_STENCIL_SIZE,
+                             8,
+                             EGL_SAMPLES,
+                             0,
+                             EGL_NONE};
+    EGLConfig config = nullptr;
+    EGLint count = 0;
+    if (!eglChooseConfig(display, wanted, &config, 1, &count) || count < 1) fail("no ES 1 configuration with pbuffers");
+    return config;
+}
+
+Image drawScene(EGLDisplay display, EGLConfig config, const Scene &scene)
+{
+    const EGLint size[] = {EGL_WIDTH, kPictureSize, EGL_HEIGHT, kPictureSize, EGL_NONE};
+    const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 1, EGL_NONE};
+    const EGLSurface surface = eglCreatePbufferSurface(display, config, size);
+    const EGLContext context = eglCreateContext(display, config, EGL_NO_CONTEXT, version);
+    if (!surface || !context || !eglMakeCurrent(display, surface, surface, context)) fail(scene.name);
+
+    glClearColor(0, 0, 0, 0);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    scene.draw();
+    const GLenum error = glGetError();
+    if (error != GL_NO_ERROR) std::fprintf(stderr, "render_scenes: %s leaves GL error 0x%04x\n", scene.name, error);
+
+    Image image = {kPictureSize, kPictureSize, std::vector<uint8_t>(4 * kPictureSize * kPictureSize)};
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, kPictureSize, kPictureSize, GL_RGBA, GL_UNSIGNED_BYTE, image.pixels.data());
+    eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglDestroyContext(display, context);
+    eglDestroySurface(display, surface);
+    return image;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: render_scenes DIR [NAME...]\n");
+        return 2;
+    }
+    const EGLDisplay display = openDisplay();
+    const EGLConfig config = chooseConfig(display);
+    if (const char *missing = loadExtensions()) fail(missing);
+    for (const Scene &scene : allScenes()) {
+        const bool wanted = argc == 2 || std::any_of(argv + 2, argv + argc,
+                                                     [&](const char *name) { return std::string(name) == scene.name; });
+        if (!wanted) continue;
+        const std::string path = std::string(argv[1]) + "/" + scene.name + ".png";
+        if (!writePng(path, drawScene(display, config, scene))) {
+            std::fprintf(stderr, "render_scenes: cannot write %s\n", path.c_str());
+            return 1;
+        }
+    }
+    eglTerminate(display);
+    return 0;
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#include "pictures/scene.h"
+
+#include <EGL/egl.h>
+
+PFNGLDRAWTEXIOESPROC drawTexi = nullptr;
+PFNGLTEXGENIOESPROC texGeni = nullptr;
+
+const char *loadExtensions()
+{
+    drawTexi = reinterpret_cast<PFNGLDRAWTEXIOESPROC>(eglGetProcAddress("glDrawTexiOES"));
+    texGeni = reinterpret_cast<PFNGLTEXGENIOESPROC>(eglGetProcAddress("glTexGeniOES"));
+    if (!drawTexi) return "glDrawTexiOES";
+    return texGeni ? nullptr : "glTexGeniOES";
+}
+
+std::vector<Scene> allScenes()
+{
+    std::vector<Scene> all;
+    for (const auto list : {drawingScenes, matrixScenes, lightingScenes, rasterScenes, textureScenes}) {
+        for (Scene &scene : list())
+            all.push_back(scene);
+    }
+    return all;
+}
+
+void unitSquareProjection()
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrthof(0, 1, 0, 1, -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+}
+
+void drawRectangle(float left, float bottom, float right, float top, float z)
+{
+    const GLfloat positions[] = {left, bottom, z, right, bottom, z, left, top, z, right, top, z};
+    const GLfloat texCoords[] = {0, 0, 1, 0, 0, 1, 1, 1};
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(3, GL_FLOAT, 0, positions);
+    for (const GLenum unit : {GL_TEXTURE1, GL_TEXTURE0}) {
+        glClientActiveTexture(unit);
+        glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+        glTexCoordPointer(2, GL_FLOAT, 0, texCoords);
+    }
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    // The pointers name memory of this call.
+    glDisableClientState(GL_VERTEX_ARRAY);
+    for (const GLenum unit : {GL_TEXTURE1, GL_TEXTURE0}) {
+        glClientActiveTexture(unit);
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY);
+    }
+}

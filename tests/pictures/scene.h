@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+// A scene is a function of plain OpenGL ES 1.1 calls with what is known of its picture.
+#pragma once
+
+#include <GLES/gl.h>
+#include <GLES/glext.h>
+
+#include <vector>
+
+constexpr int kPictureSize = 128; // pixels, both ways; RGBA 8888, 24 bits of depth, 8 of stencil
+
+/// A colour worked out from the equations of the standard, as 0..255 per channel.
+struct Probe {
+    int x, y; // pixel, from the lower left
+    double red, green, blue, alpha;
+    const char *why; // where the number comes from
+};
+
+/// How the picture compares with the same calls on the machine's own ES 1.1.
+struct NativeMatch {
+    int tolerance = 2;             // of 255, per channel: two roundings to 8 bits and mediump arithmetic
+    int differingPixels = 0;       // that may be further off: edges rasterised from differently rounded positions
+    const char *instead = nullptr; // not null: not compared, for this reason
+};
+
+struct Scene {
+    const char *name;
+    void (*draw)(); // from the start values of a context; the viewport is the whole picture
+    std::vector<Probe> probes;
+    NativeMatch native = {};
+    int probeTolerance = 1; // of 255: one rounding to 8 bits
+};
+
+/// Every scene, from all files.
+std::vector<Scene> allScenes();
+
+// One list per file of scenes.
+std::vector<Scene> drawingScenes();
+std::vector<Scene> matrixScenes();
+std::vector<Scene> lightingScenes();
+std::vector<Scene> rasterScenes();
+std::vector<Scene> textureScenes();
+
+/// Extension entry points, which a library need not export: found by loadExtensions.
+extern PFNGLDRAWTEXIOESPROC drawTexi;
+extern PFNGLTEXGENIOESPROC texGeni;
+
+/// Finds the extension entry points through EGL. Returns the name of a missing one, or null.
+const char *loadExtensions();
+
+// Shared drawing.
+
+/// Orthographic projection of the unit square onto the whole picture: 0..1 both ways, depth -1..1.
+void unitSquareProjection();
+
+/// A rectangle in the current colour, at depth z, with normal (0, 0, 1) as the current normal and texture coordinates
+/// 0..1 on both units.
+void drawRectangle(float left, float bottom, float right, float top, float z = 0);
