@@ -138,7 +138,7 @@ struct Recorder<Name, Arguments, R (*)(A...)> {
         std::string text = std::string(Name.view()) + "(";
         size_t place = 0;
         size_t items = 1;
-        const auto append = [&](auto argument) {
+        [[maybe_unused]] const auto append = [&](auto argument) {
             if (place) text += ", ";
             if constexpr (std::is_same_v<decltype(argument), const GLfloat *>) {
                 text += perItem ? floats(argument, perItem * items) : argumentText("", argument);
