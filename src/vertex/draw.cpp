@@ -99,12 +99,14 @@ void bindPaletteArray(const ClientArray &array, GLint location)
     glEnableVertexAttribArray_2_0(static_cast<GLuint>(location));
 }
 
+// Starts from none: a draw-texture that was skipped leaves its own flag behind.
 void markPrimitive(GLIContext *ctx, GLenum mode)
 {
+    ctx->primitiveFlags = 0;
     if (mode == GL_POINTS) {
-        ctx->primitiveFlags |= PRIMITIVE_POINTS;
+        ctx->primitiveFlags = PRIMITIVE_POINTS;
     } else if (mode <= GL_LINE_STRIP) {
-        ctx->primitiveFlags |= PRIMITIVE_LINES;
+        ctx->primitiveFlags = PRIMITIVE_LINES;
     }
 }
 
