@@ -133,7 +133,8 @@ EGLContext machineContextOf(EGLDisplay dpy, EGLContext handle)
 
 EGLint displayErrorOr(EGLDisplay dpy, EGLint error)
 {
-    return machineEgl().eglQueryString(dpy, EGL_VERSION) ? error : machineEgl().eglGetError();
+    // Of all that can be asked of a display, its version alone is also answered without one.
+    return machineEgl().eglQueryString(dpy, EGL_CLIENT_APIS) ? error : machineEgl().eglGetError();
 }
 
 EGLBoolean EGLAPIENTRY eglMakeCurrent(EGLDisplay dpy, EGLSurface draw, EGLSurface read, EGLContext ctx)

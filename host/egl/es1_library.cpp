@@ -24,11 +24,17 @@ constinit bool tableFailureTold = false;
 constinit ClientAPIFunctions table = {};
 constinit uint32_t currentSlot = 0; // written before tableReady
 
-std::string libraryPath()
+// The path to open, and the name to leave to the dynamic linker after that; null: none.
+struct LibraryFile {
+    std::string path;
+    const char *fallback;
+};
+
+LibraryFile libraryFile()
 {
     const char *named = secure_getenv("TRL20_GLES1_LIBRARY");
-    if (named && *named) return named;
-    return folderOf(ownPath()) + "/" + kLibraryName;
+    if (named && *named) return {named, nullptr};
+    return {folderOf(ownPath()) + "/" + kLibraryName, kLibraryName};
 }
 
 // The library maps its backend by the bare name libGLESv2.so, and a development link of that name may lie in the
@@ -45,16 +51,15 @@ void *loadLibrary()
     if (libraryTried) return library.load(std::memory_order_relaxed);
 
     libraryTried = true;
-    const std::string path = libraryPath();
-    void *module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-    const char *reason = module ? nullptr : dlerror();
-    const std::string why = reason ? reason : "";
-    if (!module) module = dlopen(kLibraryName, RTLD_NOW | RTLD_LOCAL);
+    const LibraryFile file = libraryFile();
+    void *module = dlopen(file.path.c_str(), RTLD_NOW | RTLD_LOCAL);
+    const std::string reason = module ? "" : dlerror();
+    if (!module && file.fallback) module = dlopen(file.fallback, RTLD_NOW | RTLD_LOCAL);
     if (!module) {
-        fprintf(stderr, "trl20: cannot load the OpenGL ES 1.1 library: %s\n", why.c_str());
+        fprintf(stderr, "trl20: cannot load the OpenGL ES 1.1 library: %s\n", reason.c_str());
         return nullptr;
     }
-    loadBackendBeside(path);
+    loadBackendBeside(file.path);
     library.store(module, std::memory_order_release);
     return module;
 }

@@ -34,6 +34,11 @@ struct GlFunction {
 };
 extern const GlFunction kGlFunctions[ROW_COUNT];
 
+Proc machineFunction(const char *name)
+{
+    return machineEglFound() ? machineEgl().eglGetProcAddress(name) : nullptr;
+}
+
 Proc libraryFunction(const GlFunction &function)
 {
     if (function.place == EXTENSION) {
@@ -51,20 +56,13 @@ struct Targets {
 };
 constinit Targets targets[ROW_COUNT] = {};
 
-Proc lookUpTarget(Row row, bool inLibrary)
-{
-    const GlFunction &function = kGlFunctions[row];
-    if (!inLibrary) return machineEglFound() ? machineEgl().eglGetProcAddress(function.name) : nullptr;
-    return libraryFunction(function);
-}
-
 Proc currentFunction(Row row)
 {
     const bool inLibrary = threadState.current != nullptr;
     std::atomic<Proc> &target = inLibrary ? targets[row].library : targets[row].machine;
     Proc found = target.load(std::memory_order_relaxed);
     if (!found) {
-        found = lookUpTarget(row, inLibrary);
+        found = inLibrary ? libraryFunction(kGlFunctions[row]) : machineFunction(kGlFunctions[row].name);
         target.store(found, std::memory_order_relaxed);
     }
     return found;
@@ -110,11 +108,6 @@ const EglFunction kWrappedExtensions[] = {
     {"eglCreateImageKHR", reinterpret_cast<Proc>(&createImageKhr)},
     {"eglLabelObjectKHR", reinterpret_cast<Proc>(&labelObjectKhr)},
 };
-
-Proc machineFunction(const char *name)
-{
-    return machineEglFound() ? machineEgl().eglGetProcAddress(name) : nullptr;
-}
 
 Proc eglFunction(const char *name)
 {

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: MIT
+// The files of the drop-in pair: what it exports, which files it finds, and what it says when one is missing.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <set>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Standard output and error of a shell command.
+std::string outputOf(const std::string &command)
+{
+    FILE *pipe = popen((command + " 2>&1").c_str(), "r");
+    EXPECT_TRUE(pipe);
+    std::string output;
+    std::array<char, 4096> block;
+    while (const size_t size = fread(block.data(), 1, block.size(), pipe))
+        output.append(block.data(), size);
+    EXPECT_EQ(pclose(pipe), 0) << command << "\n" << output;
+    return output;
+}
+
+// What the probe prints under an environment, such as "A=1 B=2".
+std::string probe(const std::string &environment)
+{
+    return outputOf("env -u LD_LIBRARY_PATH -u TRL20_DRIVER_EGL -u TRL20_GLES1_LIBRARY " + environment + " " PROBE);
+}
+
+const std::string kFake = "TRL20_GLES1_LIBRARY=" FAKE_ES1_LIBRARY;
+
+int countOf(const std::string &text, const std::string &part)
+{
+    int count = 0;
+    for (size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        count++;
+    return count;
+}
+
+// A fresh folder that goes with the test.
+struct TemporaryFolder {
+    fs::path path;
+    TemporaryFolder()
+    {
+        std::string pattern = fs::temp_directory_path() / "trl20-egl-XXXXXX";
+        path = mkdtemp(pattern.data());
+    }
+    ~TemporaryFolder()
+    {
+        fs::remove_all(path);
+    }
+};
+
+TEST(DropInFiles, ExportsTheFunctionsOfEglAndNothingElse)
+{
+    std::set<std::string> expected, exported;
+#define EGL_PASS(name, result, arguments, call, failure) expected.insert(#name);
+#define EGL_OWN(name) expected.insert(#name);
+#include "host/egl/egl_functions.def"
+    std::istringstream lines(outputOf(NM " -D --defined-only --format=posix " EGL_DROPIN));
+    for (std::string line; std::getline(lines, line);)
+        exported.insert(line.substr(0, line.find(' ')));
+    EXPECT_EQ(expected.size(), 44u);
+    EXPECT_EQ(exported, expected);
+}
+
+TEST(DropInFiles, TheStandardNameOfTheLibraryIsALinkBesideIt)
+{
+    const fs::path link = fs::path(EGL_DROPIN).parent_path() / "libGLESv1_CM.so.1";
+    EXPECT_EQ(fs::read_symlink(link), "libGLESv1_CM_trl20.so");
+}
+
+TEST(DropInFiles, TheMachinesEglIsFoundInTheStandardFolders)
+{
+    EXPECT_EQ(probe(kFake), "display yes, context yes, error 0x3000, glOrthof yes\n");
+}
+
+TEST(DropInFiles, TheMachinesEglCanBeNamed)
+{
+    EXPECT_EQ(probe(kFake + " TRL20_DRIVER_EGL=" MACHINE_EGL),
+              "display yes, context yes, error 0x3000, glOrthof yes\n");
+}
+
+TEST(DropInFiles, AMissingEglIsSaidOnceAndNothingBreaks)
+{
+    const std::string output = probe(kFake + " TRL20_DRIVER_EGL=/nowhere/libEGL.so.1");
+    EXPECT_EQ(countOf(output, "trl20: "), 1) << output;
+    EXPECT_EQ(countOf(output, "/nowhere/libEGL.so.1"), 1) << output;
+    EXPECT_EQ(countOf(output, "display no, context no, error 0x3001"), 1) << output;
+}
+
+TEST(DropInFiles, TheDropInIsNoEglOfTheMachine)
+{
+    const TemporaryFolder folder;
+    const fs::path link = folder.path / "link.so", copy = folder.path / "copy.so";
+    fs::create_symlink(EGL_DROPIN, link);
+    fs::copy_file(EGL_DROPIN, copy);
+    for (const fs::path &path : {link, copy}) {
+        const std::string output = probe(kFake + " TRL20_DRIVER_EGL=" + path.string());
+        EXPECT_EQ(countOf(output, "display no, context no, error 0x3001"), 1) << path << ": " << output;
+    }
+}
+
+TEST(DropInFiles, AMissingLibraryIsSaidOnceAndRefusesContexts)
+{
+    const std::string output = probe("TRL20_GLES1_LIBRARY=/nowhere/libes1.so");
+    EXPECT_EQ(countOf(output, "trl20: "), 1) << output;
+    EXPECT_EQ(countOf(output, "/nowhere/libes1.so"), 1) << output;
+    EXPECT_EQ(countOf(output, "display yes, context no, error 0x3003"), 1) << output;
+}
+
+TEST(DropInFiles, ALibraryWithoutATableIsSaidOnceAndRefusesContexts)
+{
+    const std::string output = probe("TRL20_GLES1_LIBRARY=libm.so.6");
+    EXPECT_EQ(countOf(output, "trl20: "), 1) << output;
+    EXPECT_EQ(countOf(output, "display yes, context no, error 0x3003"), 1) << output;
+}
+
+} // namespace
