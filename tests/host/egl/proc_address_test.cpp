@@ -9,7 +9,6 @@
 #include <algorithm>
 #include <dlfcn.h>
 #include <fstream>
-#include <regex>
 #include <set>
 #include <string>
 #include <thread>
@@ -132,42 +131,50 @@ TEST_F(ProcAddress, OfTheContextExtensionsTakesEs1Contexts)
 std::set<std::string> declaredIn(std::initializer_list<const char *> headers)
 {
     std::set<std::string> names;
-    const std::regex prototype("APIENTRY +(gl[A-Z][A-Za-z0-9]*) *\\(");
     for (const char *header : headers) {
         std::ifstream file(std::string("/usr/include/") + header);
         EXPECT_TRUE(file) << header;
-        for (std::string line; std::getline(file, line);) {
-            std::smatch match;
-            if (std::regex_search(line, match, prototype)) names.insert(match[1]);
+        // A prototype is "... APIENTRY glName (...": the word after the macro, pointer types apart.
+        for (std::string word, previous; file >> word; previous = word) {
+            if (!previous.ends_with("APIENTRY") || !word.starts_with("gl")) continue;
+            names.insert(word.substr(0, word.find('(')));
         }
     }
     return names;
 }
+
+const struct {
+    std::string name, scope, place;
+} kRows[] = {
+#define GL_FUNCTION(name, scope, place) {#name, #scope, #place},
+#include "host/egl/gl_functions.def"
+};
 
 TEST(ProcAddressTable, HoldsEveryCoreNameAndKnowsWhichOthersShareIt)
 {
     const auto others =
         declaredIn({"GLES2/gl2.h", "GLES2/gl2ext.h", "GLES3/gl32.h", "GL/gl.h", "GL/glext.h", "GL/glcorearb.h"});
     ASSERT_GT(others.size(), 2000u);
-    std::set<std::string> rows;
-#define GL_FUNCTION(name, scope, place)                                                                                \
-    EXPECT_TRUE(rows.insert(#name).second) << #name << " twice";                                                       \
-    EXPECT_EQ(std::string(#scope) == "SHARED", others.count(#name) == 1) << #name;
-#include "host/egl/gl_functions.def"
+    std::set<std::string> names;
+    for (const auto &row : kRows) {
+        EXPECT_TRUE(names.insert(row.name).second) << row.name << " twice";
+        EXPECT_EQ(row.scope, others.count(row.name) ? "SHARED" : "ES1") << row.name;
+    }
     const auto core = declaredIn({"GLES/gl.h"});
     ASSERT_EQ(core.size(), 145u);
     for (const std::string &name : core)
-        EXPECT_EQ(rows.count(name), 1u) << name;
+        EXPECT_EQ(names.count(name), 1u) << name;
 }
 
 TEST(ProcAddressTable, MarksExactlyTheLibrarysProceduresAsExtensions)
 {
-    std::set<std::string> extensions, procedures;
-#define GL_FUNCTION(name, scope, place)                                                                                \
-    if (std::string(#place) == "EXTENSION") extensions.insert(#name);
-#include "host/egl/gl_functions.def"
-#define PROC(name) procedures.insert(#name);
+    const std::set<std::string> procedures = {
+#define PROC(name) #name,
 #include "src/frontend/procs.def"
+    };
+    std::set<std::string> extensions;
+    for (const auto &row : kRows)
+        if (row.place == "EXTENSION") extensions.insert(row.name);
     EXPECT_EQ(extensions, procedures);
 }
 
