@@ -356,8 +356,8 @@ void imageAfterBind()
 Scene boardScene(const char *name, void (*draw)(), GLenum mode)
 {
     Scene scene = {name, draw, envProbes(mode, mode != GL_DECAL)};
-    // Half a step of rounding in 128 / 255 and one in the result.
-    scene.probeTolerance = 1;
+    if (mode == GL_DECAL)
+        scene.native.instead = "decal of an alpha-only texture takes its colour, see docs/behaviour.md";
     return scene;
 }
 
