@@ -1,0 +1,217 @@
+// SPDX-License-Identifier: MIT
+// A program that links the drop-in pair as it would link the machine's libraries: ES 1.1 drawing by the real library
+// and backend, beside the machine's own ES 2.0.
+#include <EGL/egl.h>
+#include <EGL/eglext.h>
+#include <GLES/gl.h>
+#include <gtest/gtest.h>
+
+#include <array>
+#include <dlfcn.h>
+#include <string>
+#include <thread>
+
+namespace {
+
+using Pixel = std::array<uint8_t, 4>;
+constexpr Pixel kRed = {255, 0, 0, 255}, kGreen = {0, 255, 0, 255}, kBlue = {0, 0, 255, 255};
+
+class LinkedPair : public testing::Test {
+protected:
+    void SetUp() override
+    {
+        display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+        ASSERT_TRUE(eglInitialize(display, nullptr, nullptr));
+        const EGLint criteria[] = {EGL_SURFACE_TYPE,    EGL_PBUFFER_BIT,   EGL_RED_SIZE, 8, EGL_ALPHA_SIZE, 8,
+                                   EGL_RENDERABLE_TYPE, EGL_OPENGL_ES_BIT, EGL_NONE};
+        EGLint count = 0;
+        ASSERT_TRUE(eglChooseConfig(display, criteria, &config, 1, &count) && count == 1);
+        const EGLint size[] = {EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
+        surface = eglCreatePbufferSurface(display, config, size);
+        ASSERT_TRUE(surface);
+    }
+    void TearDown() override
+    {
+        EXPECT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
+        EXPECT_TRUE(eglTerminate(display));
+    }
+    EGLContext create(EGLint version, EGLContext share = EGL_NO_CONTEXT)
+    {
+        const EGLint attributes[] = {EGL_CONTEXT_CLIENT_VERSION, version, EGL_NONE};
+        return eglCreateContext(display, config, share, attributes);
+    }
+    bool makeCurrent(EGLContext context)
+    {
+        return eglMakeCurrent(display, surface, surface, context);
+    }
+
+    EGLDisplay display = EGL_NO_DISPLAY;
+    EGLConfig config = nullptr;
+    EGLSurface surface = EGL_NO_SURFACE;
+};
+
+Pixel pixelAt(int x, int y)
+{
+    Pixel pixel = {};
+    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+    return pixel;
+}
+
+void clear(const Pixel &colour)
+{
+    glClearColor(colour[0] / 255.0f, colour[1] / 255.0f, colour[2] / 255.0f, colour[3] / 255.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+}
+
+// Covers the left half of the surface with the current colour, by the fixed-function pipeline.
+void drawLeftHalf()
+{
+    static const GLfloat corners[] = {-1, -1, 0, -1, -1, 1, 0, 1};
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(2, GL_FLOAT, 0, corners);
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+}
+
+template <typename Function>
+Function procAddress(const char *name)
+{
+    return reinterpret_cast<Function>(eglGetProcAddress(name));
+}
+
+std::string versionByProcAddress()
+{
+    const GLubyte *version = procAddress<decltype(&glGetString)>("glGetString")(GL_VERSION);
+    return version ? reinterpret_cast<const char *>(version) : "";
+}
+
+TEST_F(LinkedPair, DrawsEs1)
+{
+    ASSERT_TRUE(makeCurrent(create(1)));
+    clear(kBlue);
+    glColor4f(1, 0, 0, 1);
+    drawLeftHalf();
+    EXPECT_EQ(pixelAt(4, 8), kRed);
+    EXPECT_EQ(pixelAt(12, 8), kBlue);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_TRUE(eglSwapBuffers(display, surface));
+    EXPECT_EQ(eglGetError(), EGL_SUCCESS);
+}
+
+TEST_F(LinkedPair, DrawsEs1ByProcAddress)
+{
+    ASSERT_TRUE(makeCurrent(create(1)));
+    clear(kBlue);
+    procAddress<decltype(&glColor4f)>("glColor4f")(0, 1, 0, 1);
+    procAddress<decltype(&glMatrixMode)>("glMatrixMode")(GL_MODELVIEW);
+    procAddress<decltype(&glTranslatex)>("glTranslatex")(0x10000, 0, 0);
+    drawLeftHalf();
+    EXPECT_EQ(pixelAt(4, 8), kBlue);
+    EXPECT_EQ(pixelAt(12, 8), kGreen) << "the left half, moved to the right";
+}
+
+TEST_F(LinkedPair, AlternatesEs1AndEs2)
+{
+    const EGLContext es1 = create(1), es2 = create(2);
+    for (int round = 0; round < 3; round++) {
+        ASSERT_TRUE(makeCurrent(es1));
+        EXPECT_EQ(versionByProcAddress().rfind("OpenGL ES-CM 1.1", 0), 0u) << versionByProcAddress();
+        clear(kBlue);
+        glColor4f(1, 0, 0, 1);
+        drawLeftHalf();
+        EXPECT_EQ(pixelAt(4, 8), kRed);
+
+        ASSERT_TRUE(makeCurrent(es2));
+        EXPECT_NE(versionByProcAddress().rfind("OpenGL ES-CM", 0), 0u) << versionByProcAddress();
+        procAddress<decltype(&glClearColor)>("glClearColor")(0, 1, 0, 1);
+        procAddress<decltype(&glClear)>("glClear")(GL_COLOR_BUFFER_BIT);
+        Pixel pixel = {};
+        procAddress<decltype(&glReadPixels)>("glReadPixels")(4, 8, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+        EXPECT_EQ(pixel, kGreen);
+    }
+}
+
+TEST_F(LinkedPair, SharesTexturesAmongEs1AndWithEs2)
+{
+    const EGLContext first = create(1);
+    ASSERT_TRUE(makeCurrent(first));
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, kGreen.data());
+    glFinish();
+
+    ASSERT_TRUE(makeCurrent(create(1, first)));
+    clear(kBlue);
+    glEnable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    drawLeftHalf();
+    EXPECT_EQ(pixelAt(4, 8), kGreen);
+
+    const EGLContext es2 = create(2, first);
+    ASSERT_TRUE(makeCurrent(es2));
+    EXPECT_TRUE(procAddress<decltype(&glIsTexture)>("glIsTexture")(texture));
+}
+
+TEST_F(LinkedPair, DestroyedContextsLeaveTheOthersDrawing)
+{
+    const EGLContext kept = create(1);
+    ASSERT_TRUE(makeCurrent(kept));
+    drawLeftHalf();
+    for (int round = 0; round < 3; round++) {
+        const EGLContext passing = create(1, round == 1 ? kept : EGL_NO_CONTEXT);
+        ASSERT_TRUE(makeCurrent(passing));
+        glColor4f(0, 1, 0, 1);
+        drawLeftHalf();
+        const bool whileCurrent = round == 2;
+        ASSERT_TRUE(!whileCurrent || eglDestroyContext(display, passing));
+        ASSERT_TRUE(makeCurrent(kept));
+        ASSERT_TRUE(whileCurrent || eglDestroyContext(display, passing));
+        clear(kBlue);
+        glColor4f(1, 0, 0, 1);
+        drawLeftHalf();
+        EXPECT_EQ(pixelAt(4, 8), kRed) << round;
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    }
+}
+
+TEST_F(LinkedPair, CallsWithoutAContextDoNothing)
+{
+    ASSERT_TRUE(makeCurrent(create(1)));
+    ASSERT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
+    drawLeftHalf();
+    clear(kRed);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_EQ(eglGetCurrentContext(), EGL_NO_CONTEXT);
+}
+
+TEST_F(LinkedPair, DrawsOnSeveralThreads)
+{
+    std::array<std::thread, 4> threads;
+    for (std::thread &thread : threads)
+        thread = std::thread([this] {
+            const EGLint size[] = {EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
+            const EGLSurface own = eglCreatePbufferSurface(display, config, size);
+            const EGLContext context = create(1);
+            ASSERT_TRUE(eglMakeCurrent(display, own, own, context));
+            for (int i = 0; i < 20; i++) {
+                clear(kBlue);
+                glColor4f(1, 0, 0, 1);
+                drawLeftHalf();
+                ASSERT_EQ(pixelAt(4, 8), kRed);
+            }
+            EXPECT_TRUE(eglDestroyContext(display, context));
+            EXPECT_TRUE(eglReleaseThread());
+        });
+    for (std::thread &thread : threads)
+        thread.join();
+}
+
+TEST_F(LinkedPair, FunctionsOfOneNameAreOneFunction)
+{
+    ASSERT_TRUE(makeCurrent(create(1)));
+    EXPECT_EQ(eglGetProcAddress("glOrthox"), reinterpret_cast<void (*)()>(&glOrthox))
+        << "the library EGL drives is the one the program links";
+}
+
+} // namespace
