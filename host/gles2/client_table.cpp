@@ -1,0 +1,288 @@
+// SPDX-License-Identifier: MIT
+// The nineteen functions through which contexts are made, made current and destroyed.
+#include "context.h"
+#include "create_info.h"
+#include "programs.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+#include <vector>
+
+#ifndef EGL_NO_CONFIG_KHR
+#define EGL_NO_CONFIG_KHR static_cast<EGLConfig>(nullptr)
+#endif
+
+// The order of the slots is the interface.
+struct ClientTable {
+    void *(*createContext)(void *shareContext, void *config, const void *attributes, uint32_t tlsIndex, void *extra);
+    int (*destroyContext)(void *context);
+    int (*setBuffers)(void *context, void *drawSurface, void *readSurface);
+    void *(*checkValidity)(void *x);
+    void *(*selectContext)(void *x);
+    void (*flush)(void);
+    void (*finish)(void);
+    void (*getIntegerv)(GLenum pname, GLint *params);
+    void (*scissor)(GLint x, GLint y, GLsizei width, GLsizei height);
+    void (*viewport)(GLint x, GLint y, GLsizei width, GLsizei height);
+    void *(*setSurfaceTexture)(void *context, void *, void *, void *, void *, void *, void *);
+    void *(*releaseSurfaceTexture)(void *x);
+    int (*isSurfaceTextureReleased)(void *x);
+    int (*getMaxDisplayDimension)(void *x);
+    void *(*getProcAddress)(const char *name);
+    int (*swapBuffer)(void *context, void *display, void *surface);
+    int (*createClientSurface)(void *, void *surface);
+    int (*destroyClientSurface)(void *surface);
+    int (*queryClientCapability)(void *, void *);
+};
+static_assert(sizeof(ClientTable) == 19 * sizeof(void *));
+
+// Calls of the machine's EGL that depend on the thread's current client API put the caller's back afterwards.
+static EGLenum bindOpenGlEs()
+{
+    const EGLenum before = machineEgl.eglQueryAPI();
+    machineEgl.eglBindAPI(EGL_OPENGL_ES_API);
+    return before;
+}
+
+// A display without a window system, for callers that bring none; opened once and kept.
+static EGLDisplay surfacelessDisplay()
+{
+    static EGLDisplay display = [] {
+        const char *extensions = machineEgl.eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
+        EGLDisplay opened = EGL_NO_DISPLAY;
+        const auto getPlatformDisplay =
+            reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(machineEgl.eglGetProcAddress("eglGetPlatformDisplayEXT"));
+        if (getPlatformDisplay && hasExtension(extensions, "EGL_MESA_platform_surfaceless"))
+            opened = getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+        if (opened == EGL_NO_DISPLAY) opened = machineEgl.eglGetDisplay(EGL_DEFAULT_DISPLAY);
+        return machineEgl.eglInitialize(opened, nullptr, nullptr) ? opened : EGL_NO_DISPLAY;
+    }();
+    return display;
+}
+
+// The caller's attribute list with client version 2. The minor version goes with the caller's major one.
+static std::vector<EGLint> attributesForVersion2(const EGLint *given)
+{
+    std::vector<EGLint> attributes = {EGL_CONTEXT_CLIENT_VERSION, 2};
+    for (; given && given[0] != EGL_NONE; given += 2) {
+        if (given[0] != EGL_CONTEXT_CLIENT_VERSION && given[0] != EGL_CONTEXT_MINOR_VERSION_KHR)
+            attributes.insert(attributes.end(), {given[0], given[1]});
+    }
+    attributes.push_back(EGL_NONE);
+    return attributes;
+}
+
+static EGLConfig configOrAny(EGLDisplay display, void *config)
+{
+    if (config) return config;
+    const char *extensions = machineEgl.eglQueryString(display, EGL_EXTENSIONS);
+    if (hasExtension(extensions, "EGL_KHR_no_config_context") ||
+        hasExtension(extensions, "EGL_MESA_configless_context"))
+        return EGL_NO_CONFIG_KHR;
+    const EGLint wanted[] = {EGL_RENDERABLE_TYPE, EGL_OPENGL_ES2_BIT, EGL_SURFACE_TYPE, EGL_DONT_CARE, EGL_NONE};
+    EGLConfig found = nullptr;
+    EGLint count = 0;
+    return machineEgl.eglChooseConfig(display, wanted, &found, 1, &count) && count > 0 ? found : nullptr;
+}
+
+static void *createContext(void *shareContext, void *config, const void *attributes, uint32_t, void *extra)
+{
+    const BackendCreateInfo *info = static_cast<const BackendCreateInfo *>(extra);
+    if (info && info->size < sizeof(BackendCreateInfo)) return nullptr;
+    Context *share = static_cast<Context *>(shareContext);
+    EGLDisplay display = info ? info->display : share ? share->display : surfacelessDisplay();
+
+    const EGLenum api = bindOpenGlEs();
+    const EGLContext handle =
+        machineEgl.eglCreateContext(display, configOrAny(display, config), share ? share->handle : EGL_NO_CONTEXT,
+                                    attributesForVersion2(static_cast<const EGLint *>(attributes)).data());
+    const EGLenum error = handle ? EGL_SUCCESS : machineEgl.eglGetError();
+    machineEgl.eglBindAPI(api);
+    if (info && info->error) *info->error = error;
+    if (!handle) return nullptr;
+
+    Context *context = new Context{};
+    context->handle = handle;
+    context->display = display;
+    context->group = share ? share->group : new ShareGroup{};
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    ++context->group->contexts;
+    context->buffers.deletedSeen = context->group->buffersDeleted;
+    initAttributes(context);
+    initCapabilities(context);
+    context->lineWidth = 1.0f;
+    return context;
+}
+
+static void freeContext(Context *context)
+{
+    ShareGroup *group = context->group;
+    leaveProgram(context);
+    bool last;
+    {
+        const std::lock_guard<std::mutex> guard(group->lock);
+        last = --group->contexts == 0;
+    }
+    if (last) freeShareGroup(group);
+    delete context;
+}
+
+static int destroyContext(void *given)
+{
+    Context *context = static_cast<Context *>(given);
+    if (!context) return 0;
+    const EGLBoolean destroyed = machineEgl.eglDestroyContext(context->display, context->handle);
+    // The machine keeps a current context until it is released, and so does this.
+    if (context->current)
+        context->destroyed = true;
+    else
+        freeContext(context);
+    return destroyed == EGL_TRUE;
+}
+
+static DriverAbilities readAbilities()
+{
+    const char *extensions = reinterpret_cast<const char *>(driver.glGetString(GL_EXTENSIONS));
+    const char *language = reinterpret_cast<const char *>(driver.glGetString(GL_SHADING_LANGUAGE_VERSION));
+    // "OpenGL ES GLSL ES 3.20 ..."
+    constexpr std::string_view prefix = "OpenGL ES GLSL ES ";
+    double version = 1.0;
+    if (language && std::string_view(language).starts_with(prefix)) version = strtod(language + prefix.size(), nullptr);
+
+    GLint range[2] = {};
+    GLint precision = 0;
+    driver.glGetShaderPrecisionFormat(GL_FRAGMENT_SHADER, GL_HIGH_FLOAT, range, &precision);
+    DriverAbilities abilities;
+    abilities.fragmentHighp = range[1] > 0;
+    abilities.essl300 = version > 2.99;
+    abilities.externalImageEssl300 = hasExtension(extensions, "GL_OES_EGL_image_external_essl3");
+    abilities.geometryEssl320 = version > 3.19;
+    if (version > 3.09) {
+        for (const char *name : {"GL_EXT_geometry_shader", "GL_OES_geometry_shader"}) {
+            if (hasExtension(extensions, name)) abilities.geometryExtensionEssl310 = name;
+        }
+    }
+    return abilities;
+}
+
+static void prepareContext(Context *context)
+{
+    if (context->prepared) return;
+    context->prepared = true;
+    driver.glGetIntegerv(GL_VIEWPORT, context->viewport);
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    if (context->group->abilitiesKnown) return;
+    context->group->abilities = readAbilities();
+    context->group->abilitiesKnown = true;
+}
+
+static int releaseCurrent()
+{
+    Context *context = currentContext;
+    if (!context) return 1;
+    const EGLenum api = bindOpenGlEs();
+    const EGLBoolean released =
+        machineEgl.eglMakeCurrent(context->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    machineEgl.eglBindAPI(api);
+    if (!released) return 0;
+    currentContext = nullptr;
+    context->current = false;
+    if (context->destroyed) freeContext(context);
+    return 1;
+}
+
+static int setBuffers(void *given, void *drawSurface, void *readSurface)
+{
+    Context *context = static_cast<Context *>(given);
+    if (!context) return releaseCurrent();
+    if (!machineEgl.eglMakeCurrent(context->display, drawSurface, readSurface, context->handle)) return 0;
+
+    Context *before = currentContext;
+    currentContext = context;
+    context->current = true;
+    if (before && before != context) {
+        before->current = false;
+        if (before->destroyed) freeContext(before);
+    }
+    prepareContext(context);
+    return 1;
+}
+
+static int swapBuffer(void *given, void *display, void *surface)
+{
+    const Context *context = static_cast<Context *>(given);
+    if (!display && context) display = context->display;
+    return machineEgl.eglSwapBuffers(display, surface) == EGL_TRUE;
+}
+
+struct NamedFunction {
+    std::string_view name;
+    void *address;
+};
+
+// Every entry point this library exports for the table of backend functions.
+static void *ownFunction(std::string_view name)
+{
+    static const NamedFunction functions[] = {
+#define FORWARDED(function, result, parameters, arguments, need) {#function, reinterpret_cast<void *>(function)},
+#define WRAPPED(function, result, parameters, need) {#function, reinterpret_cast<void *>(function)},
+#include "driver_functions.def"
+        {"glReleaseShaderCompilerOES", reinterpret_cast<void *>(glReleaseShaderCompilerOES)},
+        {"glGetFixedvQRN", reinterpret_cast<void *>(glGetFixedvQRN)},
+        {"glLogicOpQRN", reinterpret_cast<void *>(glLogicOpQRN)},
+        {"glGetBufferPointervZEK", reinterpret_cast<void *>(glGetBufferPointervZEK)},
+        {"glGetTexLevelParameterivQRN", reinterpret_cast<void *>(glGetTexLevelParameterivQRN)},
+    };
+    const auto found = std::find_if(std::begin(functions), std::end(functions),
+                                    [&](const NamedFunction &f) { return f.name == name; });
+    return found == std::end(functions) ? nullptr : found->address;
+}
+
+static void *getProcAddress(const char *name)
+{
+    if (!name) return nullptr;
+    if (void *own = ownFunction(name)) return own;
+    return reinterpret_cast<void *>(machineEgl.eglGetProcAddress(name));
+}
+
+static int maxDisplayDimension(void *)
+{
+    GLint size = 0;
+    if (currentContext) driver.glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &size);
+    return size;
+}
+
+static constexpr ClientTable kClientTable = {
+    .createContext = createContext,
+    .destroyContext = destroyContext,
+    .setBuffers = setBuffers,
+    .checkValidity = [](void *x) { return x; },
+    .selectContext = [](void *x) { return x; },
+    .flush = [] { driver.glFlush(); },
+    .finish = [] { driver.glFinish(); },
+    .getIntegerv = [](GLenum pname, GLint *params) { glGetIntegerv(pname, params); },
+    .scissor = [](GLint x, GLint y, GLsizei width, GLsizei height) { driver.glScissor(x, y, width, height); },
+    .viewport = [](GLint x, GLint y, GLsizei width, GLsizei height) { glViewport(x, y, width, height); },
+    .setSurfaceTexture = [](void *, void *, void *, void *, void *, void *, void *) -> void * { return nullptr; },
+    .releaseSurfaceTexture = [](void *x) { return x; },
+    .isSurfaceTextureReleased = [](void *) { return 0; },
+    .getMaxDisplayDimension = maxDisplayDimension,
+    .getProcAddress = getProcAddress,
+    .swapBuffer = swapBuffer,
+    .createClientSurface = [](void *, void *surface) { return surface != nullptr ? 1 : 0; },
+    .destroyClientSurface = [](void *surface) { return surface != nullptr ? 1 : 0; },
+    .queryClientCapability = [](void *, void *) { return 0; },
+};
+
+// Without a driver the table stays as the caller gave it, but for slot 0: null there says that nothing works.
+void ogl2GetClientAPIFunctions(void *table)
+{
+    if (!table) return;
+    if (loadDriver())
+        *static_cast<ClientTable *>(table) = kClientTable;
+    else
+        static_cast<ClientTable *>(table)->createContext = nullptr;
+}

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+// A backend context: the machine's context, and what the wrappers remember of it so that they can leave out calls that
+// change nothing.
+#pragma once
+
+#include "driver.h"
+#include "program_objects.h"
+
+#include <atomic>
+
+inline constexpr int kMaxAttributes = 16;   // attributes whose state is remembered; calls for others always go through
+inline constexpr int kSeenBufferCount = 64; // buffer names remembered as bound before, by their low bits
+
+/// One vertex attribute as the driver has it.
+struct AttributeArray {
+    const void *pointer; // client memory, or byte offset when buffer is not 0
+    GLuint buffer;
+    GLint size;
+    GLenum type;
+    GLsizei strideBytes;
+    GLboolean normalized;
+    bool known; // false: the driver's state is not known, and the next call must go through
+};
+
+struct BufferState {
+    GLuint array;       // bound by the application
+    GLuint driverArray; // bound in the driver; brought up to date only when a call reads it
+    GLuint element;
+    uint32_t deletedSeen;          // the group's count of deletions this context has taken notice of
+    GLuint seen[kSeenBufferCount]; // a name bound before needs no bind to exist
+};
+
+struct AttributeState {
+    AttributeArray arrays[kMaxAttributes];
+    uint32_t enabled;                  // one bit per attribute
+    GLfloat values[kMaxAttributes][4]; // current values
+};
+
+/// Capabilities as bits, see capabilities.def.
+struct CapabilityState {
+    uint32_t driver;  // the driver's, as it has them
+    uint32_t tracked; // those the driver does not know, as the application set them
+    GLenum logicOp;
+};
+
+struct Context {
+    EGLContext handle;
+    EGLDisplay display;
+    ShareGroup *group;
+    GLenum error;   // raised here and not yet asked for; GL_NO_ERROR when none
+    bool prepared;  // has been current, so that the driver could be asked
+    bool current;   // on some thread
+    bool destroyed; // to be freed when it is no longer current
+    BufferState buffers;
+    AttributeState attributes;
+    CapabilityState capabilities;
+    ProgramObject *programObject; // in use; null when none
+    LinkedProgram *program;       // what the driver runs for it
+    GLfloat lineWidth;            // pixels
+    GLint viewport[4];            // pixels
+};
+
+/// The thread's current context, null when none. The initial-exec model makes it one load: every wrapper reads it.
+extern constinit thread_local Context *currentContext __attribute__((tls_model("initial-exec")));
+
+/// Records an error in the current context, unless one is pending there. Without a context nothing happens.
+void raiseError(GLenum error);
+
+/// Writes a line to standard error, but no text twice in a process.
+void tellOnce(const char *text);
+
+/// Gives the context the state of a new one, for as far as the wrappers remember it. The attribute and buffer state
+/// needs no driver; the rest is read when the context is first current.
+void initAttributes(Context *context);
+void initCapabilities(Context *context);

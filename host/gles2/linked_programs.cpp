@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: MIT
+// Linked programs of the driver: made from the texts of two shaders, and kept when their program objects are gone.
+// Compiling and linking takes a tenth of a second on a software driver, and the library above deletes the program it
+// has used least whenever it needs a new one.
+#include "programs.h"
+
+#include <string_view>
+
+static std::string infoLog(GLuint object, decltype(Driver::glGetShaderiv) getiv,
+                           decltype(Driver::glGetShaderInfoLog) getLog)
+{
+    GLint length = 0;
+    getiv(object, GL_INFO_LOG_LENGTH, &length);
+    std::string log(static_cast<size_t>(length > 0 ? length : 0), '\0');
+    GLsizei written = 0;
+    if (length > 0) getLog(object, length, &written, log.data());
+    log.resize(static_cast<size_t>(written));
+    return log;
+}
+
+GLuint compileForDriver(GLenum type, const std::string &text, BuildResult &result)
+{
+    const GLuint shader = driver.glCreateShader(type);
+    const GLchar *source = text.c_str();
+    const GLint length = static_cast<GLint>(text.size());
+    GLint status = GL_FALSE;
+    driver.glShaderSource(shader, 1, &source, &length);
+    driver.glCompileShader(shader);
+    driver.glGetShaderiv(shader, GL_COMPILE_STATUS, &status);
+    result.ok = status == GL_TRUE;
+    result.log = infoLog(shader, driver.glGetShaderiv, driver.glGetShaderInfoLog);
+    return shader;
+}
+
+// Everything a linked program depends on. Texts hold no zero characters that a compiler would read past.
+static std::string keyOf(const ProgramObject *program)
+{
+    std::string key = program->vertex->compiledSource + '\0' + program->fragment->compiledSource + '\0';
+    for (const auto &[name, index] : program->attributeBindings)
+        key += name + '\0' + std::to_string(index) + '\0';
+    return key;
+}
+
+// Compiles the stages and links them. Returns the driver's program, 0 when a stage or the linking failed.
+static GLuint buildDriverProgram(const TranslatedProgram &texts, const ProgramObject *program, BuildResult &result,
+                                 BuildResult (&stages)[2])
+{
+    const GLuint built = driver.glCreateProgram();
+    BuildResult geometry{.ok = true, .log = {}};
+    const struct {
+        GLenum type;
+        const std::string &text;
+        BuildResult &result;
+    } parts[] = {{GL_VERTEX_SHADER, texts.vertex, stages[0]},
+                 {GL_FRAGMENT_SHADER, texts.fragment, stages[1]},
+                 {GL_GEOMETRY_SHADER_EXT, texts.geometry, geometry}};
+    for (const auto &part : parts) {
+        if (part.text.empty() && part.type == GL_GEOMETRY_SHADER_EXT) continue;
+        const GLuint shader = compileForDriver(part.type, part.text, part.result);
+        driver.glAttachShader(built, shader);
+        driver.glDeleteShader(shader); // goes with the program
+        if (!part.result.ok) result.log += part.result.log;
+    }
+    result.ok = stages[0].ok && stages[1].ok && geometry.ok;
+    if (result.ok) {
+        for (const auto &[name, index] : program->attributeBindings)
+            driver.glBindAttribLocation(built, index, name.c_str());
+        GLint status = GL_FALSE;
+        driver.glLinkProgram(built);
+        driver.glGetProgramiv(built, GL_LINK_STATUS, &status);
+        result.ok = status == GL_TRUE;
+        result.log = infoLog(built, driver.glGetProgramiv, driver.glGetProgramInfoLog);
+    }
+    if (result.ok) return built;
+    driver.glDeleteProgram(built);
+    return 0;
+}
+
+static void noteShaderResult(ShaderObject *shader, const BuildResult &result)
+{
+    if (shader->resultKnown) return;
+    shader->result = result;
+    shader->resultKnown = true;
+}
+
+static void tellLosses(const TranslatedProgram &texts)
+{
+    if (texts.flatLost) tellOnce("this driver has no flat shading; it is drawn smooth");
+    if (texts.lineCoordLost) tellOnce("this driver has no geometry shaders; lines are not smoothed");
+}
+
+// The abilities of GLSL ES 1.00 alone, for a driver whose higher versions refuse what they should accept.
+static DriverAbilities plainAbilities(const DriverAbilities &abilities)
+{
+    DriverAbilities plain;
+    plain.fragmentHighp = abilities.fragmentHighp;
+    return plain;
+}
+
+static void buildLinked(LinkedProgram *linked, const ProgramObject *program, const DriverAbilities &abilities)
+{
+    TranslatedProgram texts =
+        translateProgram(program->vertex->compiledSource, program->fragment->compiledSource, abilities);
+    BuildResult stages[2];
+    linked->driverProgram = buildDriverProgram(texts, program, linked->result, stages);
+    if (!linked->driverProgram && texts.version > 100) {
+        texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource,
+                                 plainAbilities(abilities));
+        linked->result = {};
+        linked->driverProgram = buildDriverProgram(texts, program, linked->result, stages);
+    }
+    noteShaderResult(program->vertex, stages[0]);
+    noteShaderResult(program->fragment, stages[1]);
+    if (!linked->driverProgram) return;
+
+    tellLosses(texts);
+    readUniforms(linked);
+    linked->expandsLines = !texts.geometry.empty();
+    if (!linked->expandsLines) return;
+    linked->viewportSizeLocation = driver.glGetUniformLocation(linked->driverProgram, kViewportSizeUniform);
+    linked->lineWidthLocation = driver.glGetUniformLocation(linked->driverProgram, kLineWidthUniform);
+}
+
+// Takes a program made from the same texts out of the keeper; null when there is none.
+static LinkedProgram *takeKept(ProgramKeeper &keeper, const std::string &key)
+{
+    const auto found = keeper.byKey.find(key);
+    if (found == keeper.byKey.end()) return nullptr;
+    LinkedProgram *linked = *found->second;
+    keeper.idle.erase(found->second);
+    keeper.byKey.erase(found);
+    return linked;
+}
+
+// Throws the oldest programs away until the keeper holds its number again. A context must be current.
+static void trimKeeper(ProgramKeeper &keeper)
+{
+    while (keeper.idle.size() > kKeptPrograms) {
+        const auto oldest = std::prev(keeper.idle.end());
+        LinkedProgram *linked = *oldest;
+        const auto [first, last] = keeper.byKey.equal_range(linked->key);
+        for (auto at = first; at != last; ++at) {
+            if (at->second != oldest) continue;
+            keeper.byKey.erase(at);
+            break;
+        }
+        keeper.idle.erase(oldest);
+        driver.glDeleteProgram(linked->driverProgram);
+        delete linked;
+    }
+}
+
+static LinkedProgram *failedProgram(const char *log)
+{
+    LinkedProgram *linked = new LinkedProgram{};
+    linked->result.log = log;
+    return linked;
+}
+
+LinkedProgram *linkProgram(Context *context, ProgramObject *program)
+{
+    if (!program->vertex || !program->fragment) return failedProgram("a program needs a vertex and a fragment shader");
+    if (!program->vertex->compileAsked || !program->fragment->compileAsked)
+        return failedProgram("an attached shader has not been compiled");
+
+    ShareGroup *group = context->group;
+    std::string key = keyOf(program);
+    LinkedProgram *linked = takeKept(group->keeper, key);
+    if (linked) {
+        zeroUniforms(linked);
+        driver.glUseProgram(context->program ? context->program->driverProgram : 0);
+        noteShaderResult(program->vertex, {.ok = true, .log = {}});
+        noteShaderResult(program->fragment, {.ok = true, .log = {}});
+    } else {
+        linked = new LinkedProgram{};
+        linked->key = std::move(key);
+        buildLinked(linked, program, group->abilities);
+        trimKeeper(group->keeper);
+    }
+    linked->users = 1;
+    return linked;
+}
+
+void releaseLinked(ShareGroup *group, LinkedProgram *linked)
+{
+    if (--linked->users > 0) return;
+    if (!linked->keepable) {
+        // Without a current context of the group the driver's program stays until the group's contexts go.
+        if (currentContext && currentContext->group == group) driver.glDeleteProgram(linked->driverProgram);
+        delete linked;
+        return;
+    }
+    group->keeper.idle.push_front(linked);
+    group->keeper.byKey.emplace(linked->key, group->keeper.idle.begin());
+}
+
+void freeShareGroup(ShareGroup *group)
+{
+    // Contexts have let go of their programs, so each linked one belongs to one program object or to the keeper.
+    for (const auto &[name, program] : group->programs) {
+        delete program->linked;
+        delete program;
+    }
+    for (const auto &[name, shader] : group->shaders)
+        delete shader;
+    for (LinkedProgram *linked : group->keeper.idle)
+        delete linked;
+    delete group;
+}

@@ -1,0 +1,285 @@
+// SPDX-License-Identifier: MIT
+// Program objects: attachments, linking, use, and queries.
+#include "programs.h"
+
+#include <cstring>
+
+using Guard = std::lock_guard<std::mutex>;
+
+ProgramObject *findProgram(const Context *context, GLuint name)
+{
+    const auto found = context->group->programs.find(name);
+    if (found != context->group->programs.end()) return found->second;
+    raiseError(context->group->shaders.count(name) ? GL_INVALID_OPERATION : GL_INVALID_VALUE);
+    return nullptr;
+}
+
+// The driver's program behind a name, for queries of a linked program; 0 with an error when there is none.
+static GLuint findDriverProgram(const Context *context, GLuint name)
+{
+    const ProgramObject *program = findProgram(context, name);
+    if (!program) return 0;
+    if (program->linkOk) return program->linked->driverProgram;
+    raiseError(GL_INVALID_OPERATION);
+    return 0;
+}
+
+static void freeProgram(ShareGroup *group, ProgramObject *program)
+{
+    detachShader(group, program->vertex);
+    detachShader(group, program->fragment);
+    if (program->linked) releaseLinked(group, program->linked);
+    group->programs.erase(program->name);
+    delete program;
+}
+
+GLuint GL_APIENTRY glCreateProgram(void)
+{
+    Context *context = currentContext;
+    if (!context) return 0;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = new ProgramObject{};
+    program->name = ++context->group->lastName;
+    context->group->programs[program->name] = program;
+    return program->name;
+}
+
+void GL_APIENTRY glDeleteProgram(GLuint name)
+{
+    Context *context = currentContext;
+    if (!context || name == 0) return;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = findProgram(context, name);
+    if (!program) return;
+    program->deleted = true;
+    if (program->uses == 0) freeProgram(context->group, program);
+}
+
+static ShaderObject *&attachmentOf(ProgramObject *program, const ShaderObject *shader)
+{
+    return shader->type == GL_VERTEX_SHADER ? program->vertex : program->fragment;
+}
+
+void GL_APIENTRY glAttachShader(GLuint programName, GLuint shaderName)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = findProgram(context, programName);
+    ShaderObject *shader = program ? findShader(context, shaderName) : nullptr;
+    if (!shader) return;
+    if (attachmentOf(program, shader)) return raiseError(GL_INVALID_OPERATION);
+    attachmentOf(program, shader) = shader;
+    ++shader->attachments;
+}
+
+void GL_APIENTRY glDetachShader(GLuint programName, GLuint shaderName)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = findProgram(context, programName);
+    ShaderObject *shader = program ? findShader(context, shaderName) : nullptr;
+    if (!shader) return;
+    if (attachmentOf(program, shader) != shader) return raiseError(GL_INVALID_OPERATION);
+    attachmentOf(program, shader) = nullptr;
+    detachShader(context->group, shader);
+}
+
+void GL_APIENTRY glBindAttribLocation(GLuint name, GLuint index, const GLchar *attribute)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = findProgram(context, name);
+    if (!program) return;
+    if (strncmp(attribute, "gl_", 3) == 0) return raiseError(GL_INVALID_OPERATION);
+    GLint limit = 0;
+    driver.glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &limit);
+    if (index >= static_cast<GLuint>(limit)) return raiseError(GL_INVALID_VALUE);
+    program->attributeBindings[attribute] = index;
+}
+
+// Puts a linked program in use in the context, for this layer and the driver; null takes the present one out of use.
+// The group's lock must be held.
+static void enterProgram(Context *context, ProgramObject *program)
+{
+    ProgramObject *before = context->programObject;
+    LinkedProgram *linkedBefore = context->program;
+    context->programObject = program;
+    context->program = program ? program->linked : nullptr;
+    if (program) {
+        ++program->uses;
+        ++program->linked->users;
+    }
+    driver.glUseProgram(program ? program->linked->driverProgram : 0);
+    if (!before) return;
+    releaseLinked(context->group, linkedBefore);
+    if (--before->uses == 0 && before->deleted) freeProgram(context->group, before);
+}
+
+void leaveProgram(Context *context)
+{
+    ProgramObject *before = context->programObject;
+    if (!before) return;
+    const Guard guard(context->group->lock);
+    releaseLinked(context->group, context->program);
+    context->programObject = nullptr;
+    context->program = nullptr;
+    if (--before->uses == 0 && before->deleted) freeProgram(context->group, before);
+}
+
+void GL_APIENTRY glUseProgram(GLuint name)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const ProgramObject *present = context->programObject;
+    // A program linked again through another context takes effect here at the next use.
+    if (present ? present->name == name && present->linked == context->program && present->linkOk : name == 0) return;
+
+    const Guard guard(context->group->lock);
+    ProgramObject *program = name ? findProgram(context, name) : nullptr;
+    if (name && !program) return;
+    if (program && !program->linkOk) return raiseError(GL_INVALID_OPERATION);
+    enterProgram(context, program);
+}
+
+void GL_APIENTRY glLinkProgram(GLuint name)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = findProgram(context, name);
+    if (!program) return;
+
+    LinkedProgram *linked = linkProgram(context, program);
+    program->linkOk = linked->result.ok;
+    program->log = linked->result.log;
+    program->validated = false;
+    if (!program->linkOk) {
+        delete linked; // what is in use stays in use
+        return;
+    }
+    if (program->linked) releaseLinked(context->group, program->linked);
+    program->linked = linked;
+    if (context->programObject == program) enterProgram(context, program);
+}
+
+void GL_APIENTRY glValidateProgram(GLuint name)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = findProgram(context, name);
+    if (!program) return;
+    program->validated = false;
+    if (!program->linkOk) return;
+    GLint status = 0;
+    driver.glValidateProgram(program->linked->driverProgram);
+    driver.glGetProgramiv(program->linked->driverProgram, GL_VALIDATE_STATUS, &status);
+    program->validated = status == GL_TRUE;
+}
+
+// Answers that come from the program object; false for those of the linked program.
+static bool answerFromObject(const ProgramObject *program, GLenum pname, GLint *params)
+{
+    switch (pname) {
+    case GL_DELETE_STATUS:
+        *params = program->deleted;
+        return true;
+    case GL_LINK_STATUS:
+        *params = program->linkOk;
+        return true;
+    case GL_VALIDATE_STATUS:
+        *params = program->validated;
+        return true;
+    case GL_INFO_LOG_LENGTH:
+        *params = program->log.empty() ? 0 : static_cast<GLint>(program->log.size()) + 1;
+        return true;
+    case GL_ATTACHED_SHADERS:
+        *params = (program->vertex != nullptr) + (program->fragment != nullptr);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void GL_APIENTRY glGetProgramiv(GLuint name, GLenum pname, GLint *params)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    const ProgramObject *program = findProgram(context, name);
+    if (!program || answerFromObject(program, pname, params)) return;
+    const bool counts = pname == GL_ACTIVE_ATTRIBUTES || pname == GL_ACTIVE_ATTRIBUTE_MAX_LENGTH ||
+                        pname == GL_ACTIVE_UNIFORMS || pname == GL_ACTIVE_UNIFORM_MAX_LENGTH;
+    if (program->linkOk) return driver.glGetProgramiv(program->linked->driverProgram, pname, params);
+    if (counts)
+        *params = 0;
+    else
+        raiseError(GL_INVALID_ENUM);
+}
+
+void GL_APIENTRY glGetProgramInfoLog(GLuint name, GLsizei size, GLsizei *length, GLchar *log)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    if (const ProgramObject *program = findProgram(context, name)) copyText(program->log, size, length, log);
+}
+
+void GL_APIENTRY glGetActiveAttrib(GLuint name, GLuint index, GLsizei size, GLsizei *length, GLint *elements,
+                                   GLenum *type, GLchar *out)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    const GLuint program = findDriverProgram(context, name);
+    if (program) driver.glGetActiveAttrib(program, index, size, length, elements, type, out);
+}
+
+void GL_APIENTRY glGetActiveUniform(GLuint name, GLuint index, GLsizei size, GLsizei *length, GLint *elements,
+                                    GLenum *type, GLchar *out)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    const GLuint program = findDriverProgram(context, name);
+    if (program) driver.glGetActiveUniform(program, index, size, length, elements, type, out);
+}
+
+GLint GL_APIENTRY glGetAttribLocation(GLuint name, const GLchar *attribute)
+{
+    Context *context = currentContext;
+    if (!context) return -1;
+    const Guard guard(context->group->lock);
+    const GLuint program = findDriverProgram(context, name);
+    return program ? driver.glGetAttribLocation(program, attribute) : -1;
+}
+
+GLint GL_APIENTRY glGetUniformLocation(GLuint name, const GLchar *uniform)
+{
+    Context *context = currentContext;
+    if (!context) return -1;
+    const Guard guard(context->group->lock);
+    const GLuint program = findDriverProgram(context, name);
+    return program ? driver.glGetUniformLocation(program, uniform) : -1;
+}
+
+void GL_APIENTRY glGetUniformfv(GLuint name, GLint location, GLfloat *params)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    const GLuint program = findDriverProgram(context, name);
+    if (program) driver.glGetUniformfv(program, location, params);
+}
+
+void GL_APIENTRY glGetUniformiv(GLuint name, GLint location, GLint *params)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const Guard guard(context->group->lock);
+    const GLuint program = findDriverProgram(context, name);
+    if (program) driver.glGetUniformiv(program, location, params);
+}

@@ -1,0 +1,112 @@
+// SPDX-License-Identifier: MIT
+// Shaders and programs as the backend's callers see them, and the driver's programs behind them. Both have the
+// backend's own names: a shader's text is compiled when a program with it is linked, since only the two texts together
+// tell which version of the language they need, and a linked program outlives the program it was linked for.
+#pragma once
+
+#include "gl_api.h"
+#include "translator.h"
+
+#include <atomic>
+#include <list>
+#include <map>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+/// What a compiler or linker said.
+struct BuildResult {
+    bool ok;
+    std::string log;
+};
+
+struct ShaderObject {
+    GLuint name;
+    GLenum type; // GL_VERTEX_SHADER or GL_FRAGMENT_SHADER
+    std::string source;
+    std::string compiledSource; // the text at the last glCompileShader
+    bool compileAsked;
+    bool resultKnown; // result belongs to compiledSource
+    BuildResult result;
+    int attachments; // programs it is attached to
+    bool deleted;    // to be freed when the last of them lets go
+};
+
+/// The kinds of values a uniform takes, one per family of load functions.
+enum class UniformKind : uint8_t {
+    None, // not a location of the program
+    Int1,
+    Int2,
+    Int3,
+    Int4,
+    Float1,
+    Float2,
+    Float3,
+    Float4,
+    Matrix2,
+    Matrix3,
+    Matrix4,
+};
+
+/// One uniform location. The value the driver has is at `offset` of LinkedProgram::values, and those of the later
+/// elements of an array directly behind it.
+struct UniformSlot {
+    UniformKind kind;
+    bool isArray;
+    bool isSampler;
+    bool known;       // false: loaded in a way that is not remembered; every load goes through
+    int element;      // index in its array; 0 for a single value
+    int elementsLeft; // elements from this one to the array's last; 1 for a single value
+    uint32_t offset;  // words
+};
+
+struct LinkedProgram {
+    GLuint driverProgram; // 0: linking failed
+    std::string key;      // texts and attribute bindings it was made from
+    BuildResult result;
+    int users;                         // the program object linked to it, and contexts it is in use in
+    std::vector<UniformSlot> uniforms; // by location
+    std::vector<uint32_t> values;
+    bool keepable;     // every uniform is remembered, so that all can be put back to zero
+    bool expandsLines; // has the geometry shader that makes rectangles of lines
+    GLint viewportSizeLocation;
+    GLint lineWidthLocation;
+    GLfloat loadedViewportSize[2];
+    GLfloat loadedLineWidth;
+};
+
+struct ProgramObject {
+    GLuint name;
+    ShaderObject *vertex; // attached; null when none
+    ShaderObject *fragment;
+    std::map<std::string, GLuint> attributeBindings; // take effect at the next link
+    LinkedProgram *linked;                           // of the last successful link; null before it
+    bool linkOk;                                     // of the last link
+    bool validated;
+    std::string log;
+    int uses;     // contexts it is the program of
+    bool deleted; // to be freed when the last of them lets go
+};
+
+/// Linked programs that no program object uses, newest first.
+struct ProgramKeeper {
+    std::list<LinkedProgram *> idle;
+    std::unordered_multimap<std::string, std::list<LinkedProgram *>::iterator> byKey;
+};
+
+/// Contexts that share objects. Names are looked up under the lock; a linked program in use is read without it.
+struct ShareGroup {
+    std::mutex lock;
+    int contexts;
+    GLuint lastName; // shaders and programs have one name space
+    std::unordered_map<GLuint, ShaderObject *> shaders;
+    std::unordered_map<GLuint, ProgramObject *> programs;
+    ProgramKeeper keeper;
+    bool abilitiesKnown;
+    DriverAbilities abilities;
+    std::atomic<uint32_t> buffersDeleted; // counts calls that deleted buffers, in any context of the group
+};
+
+/// Linked programs kept after their program objects are gone.
+inline constexpr size_t kKeptPrograms = 256;

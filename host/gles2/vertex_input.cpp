@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: MIT
+// Buffers and vertex attributes. The library above binds every attribute anew at every draw; the driver is called only
+// for what it does not have. The array-buffer binding itself is no state of a draw, so it waits for a call that reads
+// it.
+#include "vertex_input.h"
+
+#include <cstring>
+
+void initAttributes(Context *context)
+{
+    for (AttributeArray &array : context->attributes.arrays)
+        array = {.pointer = nullptr,
+                 .buffer = 0,
+                 .size = 4,
+                 .type = GL_FLOAT,
+                 .strideBytes = 0,
+                 .normalized = GL_FALSE,
+                 .known = true};
+    for (GLfloat(&value)[4] : context->attributes.values)
+        value[3] = 1.0f;
+}
+
+// Buffers were deleted by another context of the group. A name may stand for a new buffer by now, while an attribute
+// here still holds the old one, so nothing that names a buffer is known any longer.
+static void forgetBuffers(Context *context, uint32_t deletions)
+{
+    BufferState &buffers = context->buffers;
+    buffers.deletedSeen = deletions;
+    memset(buffers.seen, 0, sizeof buffers.seen);
+    for (AttributeArray &array : context->attributes.arrays)
+        if (array.buffer) array.known = false;
+    driver.glBindBuffer(GL_ARRAY_BUFFER, buffers.array);
+    driver.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffers.element);
+    buffers.driverArray = buffers.array;
+}
+
+static void noticeDeletions(Context *context)
+{
+    const uint32_t deletions = context->group->buffersDeleted.load(std::memory_order_relaxed);
+    if (deletions != context->buffers.deletedSeen) [[unlikely]]
+        forgetBuffers(context, deletions);
+}
+
+void syncArrayBuffer(Context *context)
+{
+    BufferState &buffers = context->buffers;
+    if (buffers.driverArray == buffers.array) return;
+    driver.glBindBuffer(GL_ARRAY_BUFFER, buffers.array);
+    buffers.driverArray = buffers.array;
+}
+
+static void bindArrayBuffer(BufferState &buffers, GLuint buffer)
+{
+    if (buffers.array == buffer) return;
+    buffers.array = buffer;
+    GLuint &seen = buffers.seen[buffer % kSeenBufferCount];
+    if (buffer == 0 || seen == buffer) return;
+    // The first bind of a name makes its buffer, which other contexts and queries can see.
+    seen = buffer;
+    driver.glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    buffers.driverArray = buffer;
+}
+
+void GL_APIENTRY glBindBuffer(GLenum target, GLuint buffer)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    if (target != GL_ARRAY_BUFFER && target != GL_ELEMENT_ARRAY_BUFFER) return driver.glBindBuffer(target, buffer);
+    noticeDeletions(context);
+    if (target == GL_ARRAY_BUFFER) return bindArrayBuffer(context->buffers, buffer);
+    if (context->buffers.element == buffer) return;
+    context->buffers.element = buffer;
+    driver.glBindBuffer(target, buffer);
+}
+
+// A deleted buffer's bindings in this context go back to 0, here as in the driver.
+static void forgetBuffer(Context *context, GLuint buffer)
+{
+    if (buffer == 0) return;
+    BufferState &buffers = context->buffers;
+    if (buffers.array == buffer) buffers.array = 0;
+    if (buffers.driverArray == buffer) buffers.driverArray = 0;
+    if (buffers.element == buffer) buffers.element = 0;
+    GLuint &seen = buffers.seen[buffer % kSeenBufferCount];
+    if (seen == buffer) seen = 0;
+    for (AttributeArray &array : context->attributes.arrays)
+        if (array.buffer == buffer) array.known = false;
+}
+
+void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    noticeDeletions(context);
+    driver.glDeleteBuffers(n, names);
+    for (GLsizei i = 0; i < n; ++i)
+        forgetBuffer(context, names[i]);
+    const uint32_t before = context->group->buffersDeleted.fetch_add(1, std::memory_order_relaxed);
+    // Where another context deleted something in between, the next look at the count finds the difference.
+    if (before == context->buffers.deletedSeen) context->buffers.deletedSeen = before + 1;
+}
+
+GLboolean GL_APIENTRY glIsBuffer(GLuint buffer)
+{
+    return driver.glIsBuffer(buffer);
+}
+
+void GL_APIENTRY glBufferData(GLenum target, GLsizeiptr size, const void *bytes, GLenum usage)
+{
+    if (currentContext) syncArrayBuffer(currentContext);
+    driver.glBufferData(target, size, bytes, usage);
+}
+
+void GL_APIENTRY glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void *bytes)
+{
+    if (currentContext) syncArrayBuffer(currentContext);
+    driver.glBufferSubData(target, offset, size, bytes);
+}
+
+void GL_APIENTRY glGetBufferParameteriv(GLenum target, GLenum pname, GLint *params)
+{
+    if (currentContext) syncArrayBuffer(currentContext);
+    driver.glGetBufferParameteriv(target, pname, params);
+}
+
+static void setArrayEnabled(GLuint index, bool enabled)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    if (index < kMaxAttributes) {
+        const uint32_t bit = 1u << index;
+        if (((context->attributes.enabled & bit) != 0) == enabled) return;
+        context->attributes.enabled ^= bit;
+    }
+    if (enabled)
+        driver.glEnableVertexAttribArray(index);
+    else
+        driver.glDisableVertexAttribArray(index);
+}
+
+void GL_APIENTRY glEnableVertexAttribArray(GLuint index)
+{
+    setArrayEnabled(index, true);
+}
+
+void GL_APIENTRY glDisableVertexAttribArray(GLuint index)
+{
+    setArrayEnabled(index, false);
+}
+
+// Arguments that every driver takes; others may be refused, and then change nothing.
+static bool isPlainArray(GLint size, GLenum type, GLsizei stride)
+{
+    if (size < 1 || size > 4 || stride < 0) return false;
+    return (type >= GL_BYTE && type <= GL_UNSIGNED_SHORT) || type == GL_FLOAT || type == GL_FIXED;
+}
+
+void GL_APIENTRY glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
+                                       const void *pointer)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    noticeDeletions(context);
+    const GLuint buffer = context->buffers.array;
+    if (index < kMaxAttributes) {
+        AttributeArray &array = context->attributes.arrays[index];
+        if (array.pointer == pointer && array.buffer == buffer && array.size == size && array.type == type &&
+            array.strideBytes == stride && array.normalized == normalized && array.known)
+            return;
+        array = {.pointer = pointer,
+                 .buffer = buffer,
+                 .size = size,
+                 .type = type,
+                 .strideBytes = stride,
+                 .normalized = normalized,
+                 .known = isPlainArray(size, type, stride)};
+    }
+    syncArrayBuffer(context);
+    driver.glVertexAttribPointer(index, size, type, normalized, stride, pointer);
+}
+
+static void setValue(GLuint index, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const GLfloat value[4] = {x, y, z, w};
+    if (index < kMaxAttributes) {
+        if (memcmp(context->attributes.values[index], value, sizeof value) == 0) return;
+        memcpy(context->attributes.values[index], value, sizeof value);
+    }
+    driver.glVertexAttrib4fv(index, value);
+}
+
+void GL_APIENTRY glVertexAttrib1f(GLuint index, GLfloat x)
+{
+    setValue(index, x, 0.0f, 0.0f, 1.0f);
+}
+
+void GL_APIENTRY glVertexAttrib2f(GLuint index, GLfloat x, GLfloat y)
+{
+    setValue(index, x, y, 0.0f, 1.0f);
+}
+
+void GL_APIENTRY glVertexAttrib3f(GLuint index, GLfloat x, GLfloat y, GLfloat z)
+{
+    setValue(index, x, y, z, 1.0f);
+}
+
+void GL_APIENTRY glVertexAttrib4f(GLuint index, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
+{
+    setValue(index, x, y, z, w);
+}
+
+void GL_APIENTRY glVertexAttrib1fv(GLuint index, const GLfloat *v)
+{
+    setValue(index, v[0], 0.0f, 0.0f, 1.0f);
+}
+
+void GL_APIENTRY glVertexAttrib2fv(GLuint index, const GLfloat *v)
+{
+    setValue(index, v[0], v[1], 0.0f, 1.0f);
+}
+
+void GL_APIENTRY glVertexAttrib3fv(GLuint index, const GLfloat *v)
+{
+    setValue(index, v[0], v[1], v[2], 1.0f);
+}
+
+void GL_APIENTRY glVertexAttrib4fv(GLuint index, const GLfloat *v)
+{
+    setValue(index, v[0], v[1], v[2], v[3]);
+}
