@@ -149,6 +149,7 @@ TEST_F(Es1Context, StaysCurrentWhenTheNextCannotBecomeSo)
         EXPECT_EQ(egl.eglGetCurrentContext(), first);
         EXPECT_EQ(egl.eglGetCurrentSurface(EGL_DRAW), surface);
         EXPECT_EQ(os_tls_read(fakeEs1().slot), firstInLibrary);
+        EXPECT_EQ(fakeEs1().currentContext(), firstInLibrary);
     }
     EXPECT_FALSE(egl.eglMakeCurrent(display, surface, surface, EGL_NO_CONTEXT));
     EXPECT_EQ(egl.eglGetError(), EGL_BAD_MATCH);
@@ -170,6 +171,7 @@ TEST_F(Es1Context, ThatCannotBecomeCurrentLeavesAnEs2ContextCurrent)
     EXPECT_EQ(egl.eglGetCurrentContext(), es2);
     EXPECT_EQ(egl.eglGetCurrentSurface(EGL_READ), surface);
     EXPECT_EQ(os_tls_read(fakeEs1().slot), nullptr);
+    EXPECT_EQ(fakeEs1().currentContext(), nullptr);
 }
 
 TEST_F(Es1Context, IsInvalidUnderAnotherDisplay)
@@ -274,6 +276,7 @@ TEST_F(Es1Context, OfOneDisplayIsNotTouchedByAnother)
     ASSERT_TRUE(egl.eglTerminate(other));
     EXPECT_EQ(live(), 1);
     EXPECT_EQ(egl.eglGetCurrentContext(), here);
+    EXPECT_TRUE(egl.eglDestroyContext(display, here)) << "still a valid handle";
 }
 
 TEST_F(Es1Context, AnswersQueriesOfItself)
@@ -403,6 +406,9 @@ TEST_F(Es1Context, LeavesTheErrorOfTheLastCallOnly)
     // The machine's, then a success of ours.
     EXPECT_FALSE(egl.eglQueryString(display, EGL_WIDTH));
     EXPECT_NE(createEs1(), EGL_NO_CONTEXT);
+    EXPECT_EQ(egl.eglGetError(), EGL_SUCCESS);
+    EXPECT_FALSE(egl.eglQueryString(display, EGL_WIDTH));
+    EXPECT_TRUE(egl.eglGetProcAddress("eglBindAPI")) << "answered without the machine";
     EXPECT_EQ(egl.eglGetError(), EGL_SUCCESS);
     // Ours, then one of the machine's.
     EXPECT_EQ(createContext({EGL_CONTEXT_MINOR_VERSION, 9}), EGL_NO_CONTEXT);

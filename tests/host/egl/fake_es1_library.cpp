@@ -15,7 +15,7 @@ struct FakeContext {
 };
 
 FakeEs1Record record;
-thread_local FakeContext *current;
+thread_local FakeContext *current; // noted before the machine is asked, so that a failure has to be undone
 
 template <typename Function>
 Function machineFunction(const char *name)
@@ -83,6 +83,7 @@ void *getProcAddress(const char *name)
 
 FakeEs1Record *fakeEs1Record()
 {
+    record.currentContext = [] { return static_cast<void *>(current); };
     return &record;
 }
 

@@ -18,7 +18,8 @@ struct FakeEs1Record {
     std::vector<EGLint> attributes; // its attribute list, without EGL_NONE
     EGLDisplay display;             // its display
     uint32_t slot;                  // the thread-local slot it was given
-    EGLint failCreation;            // not 0: context creation fails with this EGL error
+    void *(*currentContext)(); // the context the calling thread was last asked to have current, as a backend notes it
+    EGLint failCreation;       // not 0: context creation fails with this EGL error
 };
 
 /// Exported by the stand-in.

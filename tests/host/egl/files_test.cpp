@@ -36,6 +36,7 @@ std::string probe(const std::string &environment)
                     environment + " " PROBE);
 }
 
+const std::string kAllWell = "display yes, config yes, context yes, error 0x3000, glOrthof yes\n";
 const std::string kFake = "TRL20_GLES1_LIBRARY=" FAKE_ES1_LIBRARY;
 
 int countOf(const std::string &text, const std::string &part)
@@ -81,13 +82,17 @@ TEST(DropInFiles, TheStandardNameOfTheLibraryIsALinkBesideIt)
 
 TEST(DropInFiles, TheMachinesEglIsFoundInTheStandardFolders)
 {
-    EXPECT_EQ(probe(kFake), "display yes, context yes, error 0x3000, glOrthof yes\n");
+    EXPECT_EQ(probe(kFake), kAllWell);
 }
 
 TEST(DropInFiles, TheMachinesEglCanBeNamed)
 {
-    EXPECT_EQ(probe(kFake + " TRL20_DRIVER_EGL=" MACHINE_EGL),
-              "display yes, context yes, error 0x3000, glOrthof yes\n");
+    EXPECT_EQ(probe(kFake + " TRL20_DRIVER_EGL=" MACHINE_EGL), kAllWell);
+}
+
+TEST(DropInFiles, AMachineWithoutEs1OfItsOwnServesIt)
+{
+    EXPECT_EQ(probe(kFake + " TRL20_DRIVER_EGL=" EGL_WITHOUT_ES1), kAllWell);
 }
 
 TEST(DropInFiles, AMissingEglIsSaidOnceAndNothingBreaks)
@@ -95,7 +100,7 @@ TEST(DropInFiles, AMissingEglIsSaidOnceAndNothingBreaks)
     const std::string output = probe(kFake + " TRL20_DRIVER_EGL=/nowhere/libEGL.so.1");
     EXPECT_EQ(countOf(output, "trl20: "), 1) << output;
     EXPECT_EQ(countOf(output, "/nowhere/libEGL.so.1"), 1) << output;
-    EXPECT_EQ(countOf(output, "display no, context no, error 0x3001"), 1) << output;
+    EXPECT_EQ(countOf(output, "display no, config no, context no, error 0x3001"), 1) << output;
 }
 
 TEST(DropInFiles, TheDropInIsNoEglOfTheMachine)
@@ -106,7 +111,7 @@ TEST(DropInFiles, TheDropInIsNoEglOfTheMachine)
     fs::copy_file(EGL_DROPIN, copy);
     for (const fs::path &path : {link, copy}) {
         const std::string output = probe(kFake + " TRL20_DRIVER_EGL=" + path.string());
-        EXPECT_EQ(countOf(output, "display no, context no, error 0x3001"), 1) << path << ": " << output;
+        EXPECT_EQ(countOf(output, "display no, config no, context no, error 0x3001"), 1) << path << ": " << output;
     }
 }
 
@@ -115,14 +120,14 @@ TEST(DropInFiles, AMissingLibraryIsSaidOnceAndRefusesContexts)
     const std::string output = probe("TRL20_GLES1_LIBRARY=/nowhere/libes1.so");
     EXPECT_EQ(countOf(output, "trl20: "), 1) << output;
     EXPECT_EQ(countOf(output, "/nowhere/libes1.so"), 1) << output;
-    EXPECT_EQ(countOf(output, "display yes, context no, error 0x3003"), 1) << output;
+    EXPECT_EQ(countOf(output, "display yes, config yes, context no, error 0x3003"), 1) << output;
 }
 
 TEST(DropInFiles, ALibraryWithoutATableIsSaidOnceAndRefusesContexts)
 {
     const std::string output = probe("TRL20_GLES1_LIBRARY=libm.so.6");
     EXPECT_EQ(countOf(output, "trl20: "), 1) << output;
-    EXPECT_EQ(countOf(output, "display yes, context no, error 0x3003"), 1) << output;
+    EXPECT_EQ(countOf(output, "display yes, config yes, context no, error 0x3003"), 1) << output;
 }
 
 } // namespace
