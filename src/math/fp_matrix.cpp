@@ -68,12 +68,11 @@ uint32_t fp_matrix_scale(float *m, float x, float y, float z, uint32_t matrixCla
 uint32_t fp_matrix_translate(float *m, float x, float y, float z, uint32_t matrixClass)
 {
     matrixClass &= kMatrixClassBits;
-    const Column moved = loadColumn(m + 12) + ((loadColumn(m + 4) * y + loadColumn(m) * x) + loadColumn(m + 8) * z);
-    if (matrixClass == MATRIX_GENERAL) {
-        storeColumn(m + 12, moved);
-        return MATRIX_GENERAL;
-    }
-    storeThree(m + 12, moved);
+    Column move = (loadColumn(m + 4) * y + loadColumn(m) * x) + loadColumn(m + 8) * z;
+    // The last element of an affine matrix stays what it is: adding -0 changes no number. The column is stored whole,
+    // because the next command loads it whole and would wait for smaller stores.
+    if (matrixClass != MATRIX_GENERAL) move = firstThree(move, Column{0.0f, 0.0f, 0.0f, -0.0f});
+    storeColumn(m + 12, loadColumn(m + 12) + move);
     return matrixClass == MATRIX_IDENTITY ? MATRIX_TRANSROT : matrixClass;
 }
 

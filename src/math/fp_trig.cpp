@@ -13,25 +13,25 @@ constexpr float kDegreesPerRadian = 57.295776f; // one unit in the last place be
 constexpr float kTan15 = 0.2679492f;
 constexpr float kTan30 = 0.57735026f;
 
-struct Direction {
-    float cosine;
-    float sine;
+// The sine at every step of a whole turn, unfolded from the quarter. The cosine is the sine a quarter further.
+struct Turn {
+    float sine[256];
 };
 
-float withSign(float magnitude, bool negative)
-{
-    return std::bit_cast<float>(std::bit_cast<uint32_t>(magnitude) ^ (negative ? kFloatSignBit : 0));
-}
+constexpr Turn kTurn = [] {
+    Turn turn = {};
+    for (uint32_t i = 0; i < 64; ++i) {
+        turn.sine[i] = kSines[i];
+        turn.sine[64 + i] = kSines[64 - i];
+        turn.sine[128 + i] = -kSines[i];
+        turn.sine[192 + i] = -kSines[64 - i];
+    }
+    return turn;
+}();
 
-// Both functions at a whole step. In the odd quadrants the quarter table is read from its end; the sine is negative in
-// the last two quadrants, the cosine in the middle two.
-Direction tableAt(int32_t step)
+float sineOfStep(uint32_t step)
 {
-    const uint32_t i = static_cast<uint32_t>(step) & 63;
-    const uint32_t quadrant = (static_cast<uint32_t>(step) >> 6) & 3;
-    const uint32_t sineIndex = quadrant & 1 ? 64 - i : i;
-    return {.cosine = withSign(kSines[64 - sineIndex], (quadrant + 1) & 2),
-            .sine = withSign(kSines[sineIndex], quadrant & 2)};
+    return kTurn.sine[step & 255];
 }
 
 // The arc tangent in radians for 0..tan 15 degrees, by a quotient of polynomials. The two constants near 1.68676
@@ -52,17 +52,18 @@ void fp_trigftn(float angle, float *cosine, float *sine)
     // 0, and NaN for an infinity or NaN, which reaches both results.
     int32_t step = 0;
     float floorX = x;
-    if (x > -0x1p31f && x < 0x1p31f) [[likely]] {
+    if (std::abs(x) < 0x1p31f) [[likely]] {
         step = static_cast<int32_t>(x);
         step -= static_cast<float>(step) > x;
         floorX = static_cast<float>(step);
     }
 
-    const Direction at = tableAt(step);
+    const float s = sineOfStep(static_cast<uint32_t>(step));
+    const float c = sineOfStep(static_cast<uint32_t>(step) + 64);
     const float d = (x - floorX) * kRadiansPerStep;
     const float h = d * d * 0.5f;
-    *sine = at.sine + d * at.cosine - h * at.sine;
-    *cosine = at.cosine - d * at.sine - h * at.cosine;
+    *sine = s + d * c - h * s;
+    *cosine = c - d * s - h * c;
 }
 
 float fp_atan(float a)

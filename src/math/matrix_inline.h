@@ -36,6 +36,13 @@ inline void storeThree(float *out, Column column)
     out[2] = column[2];
 }
 
+/// The first three components of one column and the fourth of another, bit by bit.
+inline Column firstThree(Column three, Column fourth)
+{
+    constexpr ColumnBits kFirstThree = {~0u, ~0u, ~0u, 0};
+    return (Column)(((ColumnBits)three & kFirstThree) | ((ColumnBits)fourth & ~kFirstThree));
+}
+
 inline MatrixColumns loadColumns(const float *m)
 {
     return {{loadColumn(m), loadColumn(m + 4), loadColumn(m + 8), loadColumn(m + 12)}};
@@ -45,6 +52,17 @@ inline void storeColumns(float *out, const MatrixColumns &m)
 {
     for (uint32_t j = 0; j < 4; ++j)
         storeColumn(out + 4 * j, m.c[j]);
+}
+
+/// The columns of the transpose. Lanes are moved only, so any words will do.
+inline MatrixColumns transposed(const MatrixColumns &m)
+{
+    const Column low01 = __builtin_shufflevector(m.c[0], m.c[1], 0, 4, 1, 5);
+    const Column low23 = __builtin_shufflevector(m.c[2], m.c[3], 0, 4, 1, 5);
+    const Column high01 = __builtin_shufflevector(m.c[0], m.c[1], 2, 6, 3, 7);
+    const Column high23 = __builtin_shufflevector(m.c[2], m.c[3], 2, 6, 3, 7);
+    return {{__builtin_shufflevector(low01, low23, 0, 1, 4, 5), __builtin_shufflevector(low01, low23, 2, 3, 6, 7),
+             __builtin_shufflevector(high01, high23, 0, 1, 4, 5), __builtin_shufflevector(high01, high23, 2, 3, 6, 7)}};
 }
 
 /// Columns 0 to 2 weighted by v, added in order. Row by row these are also the sums of _fp_matrix_rowdot3: it adds the
@@ -70,12 +88,10 @@ inline MatrixColumns generalProduct(const MatrixColumns &left, const float *righ
 /// how they reach the translation.
 inline MatrixColumns affineProduct(const MatrixColumns &left, const float *right, Column translation)
 {
-    constexpr ColumnBits kFirstThree = {~0u, ~0u, ~0u, 0};
-    constexpr ColumnBits kLastOne = {0, 0, 0, 0x3F800000};
     MatrixColumns out;
     for (uint32_t j = 0; j < 3; ++j)
-        out.c[j] = (Column)((ColumnBits)combineThree(left, right + 4 * j) & kFirstThree);
-    out.c[3] = (Column)(((ColumnBits)translation & kFirstThree) | kLastOne);
+        out.c[j] = firstThree(combineThree(left, right + 4 * j), Column{0.0f, 0.0f, 0.0f, 0.0f});
+    out.c[3] = firstThree(translation, Column{0.0f, 0.0f, 0.0f, 1.0f});
     return out;
 }
 

@@ -5,6 +5,7 @@
 
 #include "math/fixed_inline.h"
 #include "math/fixed_matrix.h"
+#include "math/matrix_inline.h"
 #include "math/record_assert.h"
 
 namespace {
@@ -75,11 +76,10 @@ void matrixxLoad(const int32_t *m, MatrixRecord *out)
 
 void matrixTranspose(const void *m, void *out)
 {
-    uint32_t from[16], to[16];
-    std::memcpy(from, m, sizeof(from));
-    for (uint32_t i = 0; i < 16; ++i)
-        to[i] = from[4 * (i % 4) + i / 4];
-    std::memcpy(out, to, sizeof(to));
+    MatrixColumns columns;
+    std::memcpy(&columns, m, sizeof(columns));
+    const MatrixColumns rows = transposed(columns);
+    std::memcpy(out, &rows, sizeof(rows));
 }
 
 void matrixxToMatrixf_4(const MatrixRecord *m, MatrixRecord *out)
