@@ -49,8 +49,7 @@ enum class UniformKind : uint8_t {
     Matrix4,
 };
 
-/// One uniform location. The value the driver has is at `offset` of LinkedProgram::values, and those of the later
-/// elements of an array directly behind it.
+/// One uniform location.
 struct UniformSlot {
     UniformKind kind;
     bool isArray;
@@ -58,7 +57,7 @@ struct UniformSlot {
     bool known;       // false: loaded in a way that is not remembered; every load goes through
     int element;      // index in its array; 0 for a single value
     int elementsLeft; // elements from this one to the array's last; 1 for a single value
-    uint32_t offset;  // words
+    uint32_t *held;   // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it
 };
 
 struct LinkedProgram {
@@ -67,6 +66,8 @@ struct LinkedProgram {
     BuildResult result;
     int users;                         // the program object linked to it, and contexts it is in use in
     std::vector<UniformSlot> uniforms; // by location
+    UniformSlot *slots;                // those of `uniforms` and their number, at hand without arithmetic
+    size_t slotCount;
     std::vector<uint32_t> values;
     bool keepable;     // every uniform is remembered, so that all can be put back to zero
     bool expandsLines; // has the geometry shader that makes rectangles of lines

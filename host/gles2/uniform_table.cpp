@@ -54,11 +54,30 @@ static bool addUniform(LinkedProgram *linked, const UniformType &type, std::stri
             .known = true,
             .element = i,
             .elementsLeft = elements - i,
-            .offset = static_cast<uint32_t>(linked->values.size()),
+            .held = nullptr,
         };
-        linked->values.resize(linked->values.size() + type.words);
     }
+    linked->values.resize(linked->values.size() + type.words * static_cast<size_t>(elements));
     return true;
+}
+
+static uint32_t wordsOf(UniformKind kind)
+{
+    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                  [&](const UniformType &candidate) { return candidate.kind == kind; });
+    return row == std::end(kTypes) ? 0 : row->words;
+}
+
+// Gives every location its place, once the memory of neither list moves any longer.
+static void placeValues(LinkedProgram *linked)
+{
+    linked->slots = linked->uniforms.data();
+    linked->slotCount = linked->uniforms.size();
+    uint32_t *next = linked->values.data();
+    for (UniformSlot &slot : linked->uniforms) {
+        slot.held = next;
+        next += wordsOf(slot.kind);
+    }
 }
 
 void readUniforms(LinkedProgram *linked)
@@ -82,6 +101,7 @@ void readUniforms(LinkedProgram *linked)
                                         [&](const UniformType &row) { return row.type == type; });
         if (known == std::end(kTypes) || !addUniform(linked, *known, name, elements)) linked->keepable = false;
     }
+    placeValues(linked);
 }
 
 static void zeroUniform(UniformKind kind, GLint location)

@@ -22,7 +22,7 @@ void initAttributes(Context *context)
 
 // Buffers were deleted by another context of the group. A name may stand for a new buffer by now, while an attribute
 // here still holds the old one, so nothing that names a buffer is known any longer.
-static void forgetBuffers(Context *context, uint32_t deletions)
+[[gnu::noinline]] static void forgetBuffers(Context *context, uint32_t deletions)
 {
     BufferState &buffers = context->buffers;
     buffers.deletedSeen = deletions;
@@ -43,34 +43,42 @@ static void noticeDeletions(Context *context)
 
 void syncArrayBuffer(Context *context)
 {
+    noticeDeletions(context);
     BufferState &buffers = context->buffers;
     if (buffers.driverArray == buffers.array) return;
     driver.glBindBuffer(GL_ARRAY_BUFFER, buffers.array);
     buffers.driverArray = buffers.array;
 }
 
-static void bindArrayBuffer(BufferState &buffers, GLuint buffer)
+// The first bind of a name makes its buffer, which other contexts and queries can see.
+[[gnu::noinline]] static void bindNewArrayBuffer(BufferState &buffers, GLuint buffer)
 {
-    if (buffers.array == buffer) return;
-    buffers.array = buffer;
-    GLuint &seen = buffers.seen[buffer % kSeenBufferCount];
-    if (buffer == 0 || seen == buffer) return;
-    // The first bind of a name makes its buffer, which other contexts and queries can see.
-    seen = buffer;
-    driver.glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    buffers.seen[buffer % kSeenBufferCount] = buffer;
     buffers.driverArray = buffer;
+    driver.glBindBuffer(GL_ARRAY_BUFFER, buffer);
 }
 
+[[gnu::noinline]] static void bindOtherBuffer(Context *context, GLenum target, GLuint buffer)
+{
+    noticeDeletions(context);
+    BufferState &buffers = context->buffers;
+    if (target == GL_ELEMENT_ARRAY_BUFFER) {
+        if (buffers.element == buffer) return;
+        buffers.element = buffer;
+    }
+    driver.glBindBuffer(target, buffer);
+}
+
+// Deletions by other contexts are noticed by whatever reads the array binding, not here.
 void GL_APIENTRY glBindBuffer(GLenum target, GLuint buffer)
 {
     Context *context = currentContext;
-    if (!context) return;
-    if (target != GL_ARRAY_BUFFER && target != GL_ELEMENT_ARRAY_BUFFER) return driver.glBindBuffer(target, buffer);
-    noticeDeletions(context);
-    if (target == GL_ARRAY_BUFFER) return bindArrayBuffer(context->buffers, buffer);
-    if (context->buffers.element == buffer) return;
-    context->buffers.element = buffer;
-    driver.glBindBuffer(target, buffer);
+    if (!context) [[unlikely]]
+        return;
+    if (target != GL_ARRAY_BUFFER) return bindOtherBuffer(context, target, buffer);
+    BufferState &buffers = context->buffers;
+    buffers.array = buffer;
+    if (buffer != 0 && buffers.seen[buffer % kSeenBufferCount] != buffer) bindNewArrayBuffer(buffers, buffer);
 }
 
 // A deleted buffer's bindings in this context go back to 0, here as in the driver.
@@ -102,6 +110,7 @@ void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
 
 GLboolean GL_APIENTRY glIsBuffer(GLuint buffer)
 {
+    if (currentContext) syncArrayBuffer(currentContext); // binding a name makes its buffer
     return driver.glIsBuffer(buffer);
 }
 
@@ -123,29 +132,27 @@ void GL_APIENTRY glGetBufferParameteriv(GLenum target, GLenum pname, GLint *para
     driver.glGetBufferParameteriv(target, pname, params);
 }
 
-static void setArrayEnabled(GLuint index, bool enabled)
+// True when the attribute's array is switched as asked for; otherwise it is marked so and the driver is to follow.
+static bool isSwitched(GLuint index, bool enabled)
 {
     Context *context = currentContext;
-    if (!context) return;
-    if (index < kMaxAttributes) {
-        const uint32_t bit = 1u << index;
-        if (((context->attributes.enabled & bit) != 0) == enabled) return;
-        context->attributes.enabled ^= bit;
-    }
-    if (enabled)
-        driver.glEnableVertexAttribArray(index);
-    else
-        driver.glDisableVertexAttribArray(index);
+    if (!context) [[unlikely]]
+        return true;
+    if (index >= kMaxAttributes) return false;
+    const uint32_t bit = 1u << index;
+    if (((context->attributes.enabled & bit) != 0) == enabled) return true;
+    context->attributes.enabled ^= bit;
+    return false;
 }
 
 void GL_APIENTRY glEnableVertexAttribArray(GLuint index)
 {
-    setArrayEnabled(index, true);
+    if (!isSwitched(index, true)) driver.glEnableVertexAttribArray(index);
 }
 
 void GL_APIENTRY glDisableVertexAttribArray(GLuint index)
 {
-    setArrayEnabled(index, false);
+    if (!isSwitched(index, false)) driver.glDisableVertexAttribArray(index);
 }
 
 // Arguments that every driver takes; others may be refused, and then change nothing.
@@ -155,38 +162,48 @@ static bool isPlainArray(GLint size, GLenum type, GLsizei stride)
     return (type >= GL_BYTE && type <= GL_UNSIGNED_SHORT) || type == GL_FLOAT || type == GL_FIXED;
 }
 
-void GL_APIENTRY glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
+// Out of line and with its caller's arguments, so that the caller is a test and a jump.
+[[gnu::noinline]] static void setArray(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
                                        const void *pointer)
 {
     Context *context = currentContext;
     if (!context) return;
-    noticeDeletions(context);
-    const GLuint buffer = context->buffers.array;
-    if (index < kMaxAttributes) {
-        AttributeArray &array = context->attributes.arrays[index];
-        if (array.pointer == pointer && array.buffer == buffer && array.size == size && array.type == type &&
-            array.strideBytes == stride && array.normalized == normalized && array.known)
-            return;
-        array = {.pointer = pointer,
-                 .buffer = buffer,
-                 .size = size,
-                 .type = type,
-                 .strideBytes = stride,
-                 .normalized = normalized,
-                 .known = isPlainArray(size, type, stride)};
-    }
     syncArrayBuffer(context);
+    if (index < kMaxAttributes)
+        context->attributes.arrays[index] = {.pointer = pointer,
+                                             .buffer = context->buffers.array,
+                                             .size = size,
+                                             .type = type,
+                                             .strideBytes = stride,
+                                             .normalized = normalized,
+                                             .known = isPlainArray(size, type, stride)};
     driver.glVertexAttribPointer(index, size, type, normalized, stride, pointer);
+}
+
+void GL_APIENTRY glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
+                                       const void *pointer)
+{
+    const Context *context = currentContext;
+    if (context && index < kMaxAttributes) [[likely]] {
+        const AttributeArray &array = context->attributes.arrays[index];
+        if (array.pointer == pointer && array.buffer == context->buffers.array && array.size == size &&
+            array.type == type && array.strideBytes == stride && array.normalized == normalized && array.known &&
+            context->buffers.deletedSeen == context->group->buffersDeleted.load(std::memory_order_relaxed))
+            return;
+    }
+    setArray(index, size, type, normalized, stride, pointer);
 }
 
 static void setValue(GLuint index, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
 {
     Context *context = currentContext;
-    if (!context) return;
+    if (!context) [[unlikely]]
+        return;
     const GLfloat value[4] = {x, y, z, w};
-    if (index < kMaxAttributes) {
-        if (memcmp(context->attributes.values[index], value, sizeof value) == 0) return;
-        memcpy(context->attributes.values[index], value, sizeof value);
+    if (index < kMaxAttributes) [[likely]] {
+        GLfloat *held = context->attributes.values[index];
+        if (memcmp(held, value, sizeof value) == 0) return; // bits: -0.0 and NaN are values like others
+        memcpy(held, value, sizeof value);
     }
     driver.glVertexAttrib4fv(index, value);
 }
