@@ -110,6 +110,15 @@ void deriveLighting(GLIContext *ctx)
     key.twoSided = lighting.model.twoSide && key.perVertexColor && !(key.noDiffuse && key.noSpecular);
 }
 
+// A unit that was turned off, which no mark tells, and whose part is still in the key: the environment code of an
+// enabled unit is never 0.
+bool hasTurnedOffUnit(const ShaderStateBitfield &key)
+{
+    for (uint32_t unit = 0; unit < kTextureUnits; ++unit)
+        if (!key.unit[unit].enabled && key.combine[unit].envRgb != 0) return true;
+    return false;
+}
+
 // Two components of either unit fit one varying, when neither lookup needs more than two.
 uint32_t coordinatesPack(const GLIContext *ctx)
 {
@@ -161,7 +170,7 @@ uint32_t needsEyeCoordinates(const GLIContext *ctx)
 
 void deriveShaderState(GLIContext *ctx)
 {
-    if (ctx->keyDirty) deriveTextureAndAlpha(ctx);
+    if (ctx->keyDirty || hasTurnedOffUnit(ctx->key)) deriveTextureAndAlpha(ctx);
     deriveLighting(ctx);
     ctx->key.packedTexCoords = coordinatesPack(ctx);
     ctx->key.eyeCoordinates = needsEyeCoordinates(ctx);

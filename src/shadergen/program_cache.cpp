@@ -123,6 +123,7 @@ ShaderCacheNode *findOrAddProgram(GLIContext *ctx)
 void initShaderCache(GLIContext *ctx)
 {
     ctx->currentEntry = nullptr;
+    ctx->shaderText = {};
     auto *cache = static_cast<ShaderCache *>(os_malloc(sizeof(ShaderCache)));
     ctx->shaderCache = cache;
     if (!cache) return;

@@ -50,7 +50,7 @@ struct ShaderCache {
     ProgramKey wanted; // key of the lookup under way; the generators read it
 };
 
-/// Makes the empty cache. Without memory the context has none and every draw is skipped.
+/// Makes the empty cache and the empty shader text. Without memory the context has none and every draw is skipped.
 void initShaderCache(GLIContext *ctx);
 
 /// Frees the cache and its nodes. The programs go with the backend context.

@@ -24,6 +24,12 @@ void growLogBuffer(GLint length)
     logBufferSize = logBuffer ? logBufferSize + kLogBufferStep : 0;
 }
 
+// The backend may leave the buffer alone when it has no log.
+void emptyLogBuffer()
+{
+    if (logBuffer) logBuffer[0] = '\0';
+}
+
 void writeLog(const char *path)
 {
     std::FILE *file = std::fopen(path, "w");
@@ -37,10 +43,8 @@ void writeProgramLog(GLuint program, const char *path)
     GLint length = 0;
     glGetProgramiv_2_0(program, GL_INFO_LOG_LENGTH, &length);
     growLogBuffer(length);
-    if (logBuffer) {
-        logBuffer[0] = '\0'; // what the backend leaves when it has no log
-        glGetProgramInfoLog_2_0(program, logBufferSize, nullptr, logBuffer);
-    }
+    emptyLogBuffer();
+    glGetProgramInfoLog_2_0(program, logBufferSize, nullptr, logBuffer);
     writeLog(path);
 }
 
@@ -49,10 +53,8 @@ void writeShaderLog(GLuint shader, const char *path)
     GLint length = 0;
     glGetShaderiv_2_0(shader, GL_INFO_LOG_LENGTH, &length);
     growLogBuffer(length);
-    if (logBuffer) {
-        logBuffer[0] = '\0';
-        glGetShaderInfoLog_2_0(shader, logBufferSize, nullptr, logBuffer);
-    }
+    emptyLogBuffer();
+    glGetShaderInfoLog_2_0(shader, logBufferSize, nullptr, logBuffer);
     writeLog(path);
 }
 

@@ -260,7 +260,10 @@ TEST_F(TextureKey, CombineArgumentsHaveTheirCodes)
         {GL_TEXTURE, 1}, {GL_TEXTURE0, 2}, {GL_TEXTURE1, 3}, {GL_CONSTANT, 4}, {GL_PRIMARY_COLOR, 5}, {GL_PREVIOUS, 6},
     };
     const std::pair<GLenum, uint32_t> operands[] = {
-        {GL_SRC_ALPHA, 0}, {GL_ONE_MINUS_SRC_ALPHA, 1}, {GL_SRC_COLOR, 2}, {GL_ONE_MINUS_SRC_COLOR, 3},
+        {GL_SRC_ALPHA, 0},
+        {GL_ONE_MINUS_SRC_ALPHA, 1},
+        {GL_SRC_COLOR, 2},
+        {GL_ONE_MINUS_SRC_COLOR, 3},
     };
     enableUnit(0);
     TexEnvState &env = ctx->texEnv[0];
@@ -293,9 +296,9 @@ TEST_F(TextureKey, ArgumentsThatNoFunctionReadsAreZero)
     enableUnit(0);
     TexEnvState &env = ctx->texEnv[0];
     env.mode = GL_COMBINE;
-    for (const Case c : {Case{GL_REPLACE, GL_REPLACE, 1}, Case{GL_REPLACE, GL_MODULATE, 2},
-                         Case{GL_DOT3_RGB, GL_REPLACE, 2}, Case{GL_INTERPOLATE, GL_REPLACE, 3},
-                         Case{GL_REPLACE, GL_INTERPOLATE, 3}}) {
+    for (const Case c :
+         {Case{GL_REPLACE, GL_REPLACE, 1}, Case{GL_REPLACE, GL_MODULATE, 2}, Case{GL_DOT3_RGB, GL_REPLACE, 2},
+          Case{GL_INTERPOLATE, GL_REPLACE, 3}, Case{GL_REPLACE, GL_INTERPOLATE, 3}}) {
         env.combineRgb = c.rgb;
         env.combineAlpha = c.alpha;
         ctx->keyDirty = 1;

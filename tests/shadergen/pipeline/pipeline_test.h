@@ -31,10 +31,18 @@ inline Matrix16 identityWith(uint32_t element, GLfloat value)
     return matrix;
 }
 
+/// How the arguments of a load of the named uniform or attribute begin: "(7, ".
+inline std::string locationArgument(const std::string &name)
+{
+    std::string text = "(";
+    text += std::to_string(fakeLocation(name));
+    return text += ", ";
+}
+
 /// A call that loads the uniform or attribute of a name: load("glUniform1f", "gles_FogEnd", "1").
 inline std::string load(const std::string &function, const std::string &name, const std::string &arguments)
 {
-    return function + "(" + std::to_string(fakeLocation(name)) + ", " + arguments + ")";
+    return function + locationArgument(name) + arguments + ")";
 }
 
 /// A fresh context over the recording backend. An assertion that a test does not take fails it.
