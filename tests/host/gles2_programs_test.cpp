@@ -2,6 +2,8 @@
 // Shaders, programs, the keeper of linked programs, and the device compiler's dialect on this machine's compiler.
 #include "backend_fixture.h"
 
+#include "host/gles2/translator.h"
+
 #include <cmath>
 #include <functional>
 #include <string>
@@ -357,6 +359,41 @@ constexpr const char *kLineFragment =
     "    mediump float coverage;\n    currentColor = gles_FragColor;\n    dist = abs(gl_LineCoord.y - 0.5);\n"
     "    coverage = min( (0.5 - dist) * gles_LineWidth, 1.0);\n    currentColor.a *= coverage;\n"
     "    gl_FragColor = currentColor;\n}\n";
+
+// Drivers that can do less, or the same in another way, on this machine's compiler.
+TEST_F(Programs, EveryAbilitysTranslationLinks)
+{
+    const DriverAbilities plain = {.fragmentHighp = true};
+    DriverAbilities extension = {.fragmentHighp = true, .essl300 = true};
+    extension.geometryExtensionEssl310 = "GL_EXT_geometry_shader";
+    const struct {
+        const char *what;
+        DriverAbilities abilities;
+        int version;
+    } cases[] = {
+        {"least", {}, 100},
+        {"highp", plain, 100},
+        {"3.00", {.fragmentHighp = true, .essl300 = true}, 100},
+        {"3.10 with the extension", extension, 310},
+        {"3.20", {.fragmentHighp = true, .essl300 = true, .geometryEssl320 = true}, 320},
+    };
+    for (const auto &c : cases) {
+        const TranslatedProgram texts = translateProgram(kLineVertex, kLineFragment, c.abilities);
+        EXPECT_EQ(texts.version, c.version) << c.what;
+        const GLuint program = driver.glCreateProgram();
+        for (const auto &[type, text] : {std::pair{GL_VERTEX_SHADER, &texts.vertex},
+                                         {GL_FRAGMENT_SHADER, &texts.fragment},
+                                         {GL_GEOMETRY_SHADER_EXT, &texts.geometry}}) {
+            if (!text->empty()) driver.glAttachShader(program, compile(driver, static_cast<GLenum>(type), *text));
+        }
+        driver.glLinkProgram(program);
+        char log[2000] = "";
+        driver.glGetProgramInfoLog(program, sizeof log, nullptr, log);
+        EXPECT_EQ(programValue(driver, program, GL_LINK_STATUS), GL_TRUE) << c.what << ": " << log;
+        EXPECT_GE(driver.glGetUniformLocation(program, "gles_LineWidth"), 0) << c.what;
+        driver.glDeleteProgram(program);
+    }
+}
 
 struct SmoothLines : BackendTest {
     void drawLine(const std::vector<GLfloat> &ends, GLint components, GLfloat width)
