@@ -32,7 +32,7 @@ static bool isPassableType(std::string_view type)
     return std::find(std::begin(types), std::end(types), type) != std::end(types);
 }
 
-static bool isPrecision(std::string_view word)
+bool isPrecision(std::string_view word)
 {
     return word == "lowp" || word == "mediump" || word == "highp";
 }

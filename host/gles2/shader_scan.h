@@ -39,3 +39,6 @@ size_t directiveEnd(const std::vector<Token> &tokens, size_t hash);
 
 /// The n-th word behind the # of a directive: 0 is its name. Empty when there are fewer.
 std::string_view directiveWord(const std::vector<Token> &tokens, size_t hash, int n);
+
+/// True for lowp, mediump and highp.
+bool isPrecision(std::string_view word);

@@ -43,11 +43,6 @@ static constexpr std::string_view kPartOf300[] = {
     "GL_EXT_draw_buffers",         "GL_OES_texture_3D",
 };
 
-static bool isPrecision(std::string_view word)
-{
-    return word == "lowp" || word == "mediump" || word == "highp";
-}
-
 static bool isBooleanType(std::string_view word)
 {
     return word == "bool" || word == "bvec2" || word == "bvec3" || word == "bvec4";
