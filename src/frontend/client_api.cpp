@@ -7,6 +7,7 @@
 #include "frontend/backend.h"
 #include "frontend/current.h"
 #include "frontend/lifecycle.h"
+#include "settings/dumps.h"
 
 extern "C" {
 uint32_t __gl_tls_index = 0;
@@ -165,6 +166,8 @@ void *oglGetProcAddress(const char *name)
 
 int oglSwapBuffer(void *context, void *a, void *b)
 {
+    // Before the swap, while the framebuffer still holds the frame.
+    if (context && context == currentContext()) dumpSwap(glesContext(context));
     return backendClientTable.swapBuffer(backendOf(context), a, b);
 }
 

@@ -4,8 +4,10 @@
 #include "frontend/backend.h"
 #include "frontend/current.h"
 #include "frontend/lifecycle.h"
+#include "settings/dumps.h"
 #include "settings/panel_settings.h"
 #include "shadergen/program_cache.h"
+#include "shadergen/program_log.h"
 
 // The context's name space: the share group's, or a new one. Returns 0 without memory.
 static uint32_t joinNamespace(GLIContext *ctx)
@@ -38,11 +40,19 @@ static void initHints(GLIContext *ctx)
         mode = GL_DONT_CARE;
 }
 
+static void takeSettings(GLIContext *ctx)
+{
+    const PanelSettings *settings = get_panel_settings();
+    ctx->settings.interfaceOnly = (settings->flags1 & PANEL_INTERFACE_ONLY) != 0;
+    ctx->settings.dumps = dumpFlags(*settings);
+    if (settings->flags0 & PANEL_LOG_SHADERS) requestProgramLogs();
+}
+
 uint32_t gliInitContext(GLIContext *ctx)
 {
     if (!ctx) return 0;
 
-    ctx->settings.interfaceOnly = (get_panel_settings()->flags1 & PANEL_INTERFACE_ONLY) != 0;
+    takeSettings(ctx);
     if (!joinNamespace(ctx)) return 0;
     initShaderCache(ctx);
     if (!ctx->shaderCache) return 0;

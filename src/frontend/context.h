@@ -27,6 +27,7 @@ struct BackendAbilities {
 /// Flags taken from the settings record when the context was initialised.
 struct ContextSettings {
     uint8_t interfaceOnly; // state-keeping entry points and draws return at once
+    uint8_t dumps;         // DumpFlags: diagnostic files that draws and swaps write
 };
 
 struct GLIContext {

@@ -5,6 +5,7 @@
 #include "frontend/convert.h"
 #include "frontend/current.h"
 #include "frontend/error.h"
+#include "settings/dumps.h"
 #include "shadergen/program_cache.h"
 #include "vertex/draw.h"
 
@@ -123,6 +124,8 @@ void drawTexture(GLIContext *ctx, GLfloat x, GLfloat y, GLfloat z, GLfloat width
     ctx->primitiveFlags |= PRIMITIVE_DRAW_TEXTURE;
     ctx->dirty |= DIRTY_PALETTE;
     if (!validateShadowState(ctx)) return;
+    if (ctx->settings.dumps) [[unlikely]]
+        dumpDraw(ctx);
 
     const Rect window = windowRect(ctx->viewport, x, y, width, height);
     const GLfloat depth = windowDepth(ctx->viewport, z);

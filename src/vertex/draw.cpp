@@ -5,6 +5,7 @@
 #include "frontend/assert.h"
 #include "frontend/backend.h"
 #include "frontend/current.h"
+#include "settings/dumps.h"
 #include "shadergen/derive.h"
 #include "shadergen/program_cache.h"
 #include "shadergen/uniforms.h"
@@ -166,8 +167,11 @@ GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
-    if (validateShadowState(ctx) && assertThat(glDrawArrays_2_0 != nullptr, "glDrawArrays_2_0"))
+    if (validateShadowState(ctx) && assertThat(glDrawArrays_2_0 != nullptr, "glDrawArrays_2_0")) {
+        if (ctx->settings.dumps) [[unlikely]]
+            dumpDraw(ctx);
         glDrawArrays_2_0(mode, first, count);
+    }
     finishDraw(ctx);
 }
 
@@ -177,7 +181,10 @@ GL_API void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, 
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
-    if (validateShadowState(ctx) && assertThat(glDrawElements_2_0 != nullptr, "glDrawElements_2_0"))
+    if (validateShadowState(ctx) && assertThat(glDrawElements_2_0 != nullptr, "glDrawElements_2_0")) {
+        if (ctx->settings.dumps) [[unlikely]]
+            dumpDrawElements(ctx, mode, count, type, indices);
         glDrawElements_2_0(mode, count, type, indices);
+    }
     finishDraw(ctx);
 }
