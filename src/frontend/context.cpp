@@ -26,6 +26,21 @@ static uint32_t joinNamespace(GLIContext *ctx)
     return 1;
 }
 
+// The context leaves its name space; the last one takes it along.
+static void leaveNamespace(GLIContext *ctx)
+{
+    TextureNamespace *textures = ctx->textures;
+    if (!textures) return; // none was made, for want of memory
+
+    bindDefaultTextures(ctx);
+    if (--textures->shareCount == 0) {
+        destroyTextureObjects(textures);
+        os_free(textures);
+    }
+    ctx->textures = nullptr;
+    ctx->bindings = {};
+}
+
 static void initCurrentValues(GLIContext *ctx)
 {
     ctx->current = {.color = {1.0f, 1.0f, 1.0f, 1.0f},
@@ -55,7 +70,10 @@ uint32_t gliInitContext(GLIContext *ctx)
     takeSettings(ctx);
     if (!joinNamespace(ctx)) return 0;
     initShaderCache(ctx);
-    if (!ctx->shaderCache) return 0;
+    if (!ctx->shaderCache) {
+        leaveNamespace(ctx);
+        return 0;
+    }
 
     ctx->key = {};
     ctx->keyDirty = KEY_DIRTY_ALL;
@@ -125,21 +143,6 @@ void gliMakeCurrent(GLIContext *ctx, void *drawSurface, void *readSurface)
     ctx->viewport.height = viewport[3];
     // Another context of the group may have respecified a texture that is bound here.
     if (ctx->textures && ctx->textures->shareCount > 1) refreshUnitFormats(ctx);
-}
-
-// The context leaves its name space; the last one takes it along.
-static void leaveNamespace(GLIContext *ctx)
-{
-    TextureNamespace *textures = ctx->textures;
-    // A context whose initialisation failed before it joined holds no binding.
-    if (!textures || !ctx->bindings.texture2D[0]) return;
-
-    bindDefaultTextures(ctx);
-    if (--textures->shareCount == 0) {
-        destroyTextureObjects(textures);
-        os_free(textures);
-    }
-    ctx->textures = nullptr;
 }
 
 void gliDestroyContext(GLIContext *ctx)

@@ -123,6 +123,10 @@ R answer(std::string_view name, std::tuple<A...> arguments)
         if (name == "glCreateShader" && backend.createShaderFails) return 0;
         if (name == "glCreateShader" || name == "glCreateProgram") return backend.nextName++;
     }
+    if constexpr (std::is_integral_v<R>) {
+        const auto result = backend.results.find(std::string(name));
+        if (result != backend.results.end()) return static_cast<R>(result->second);
+    }
     return R();
 }
 
@@ -160,10 +164,11 @@ struct Recorder<Name, Arguments, R (*)(A...)> {
 };
 
 // Client table of the fake module. A backend context is a heap integer.
-void *createContext(void *, void *, const void *, uint32_t, void *)
+void *createContext(void *share, void *config, const void *attributes, uint32_t slot, void *extra)
 {
     FakeBackend &backend = fakeBackend();
     backend.calls.emplace_back("createContext");
+    backend.clientArguments = {share, config, attributes, offsetPointer(slot), extra};
     if (backend.createContextFails) return nullptr;
     ++backend.contextsAlive;
     return new int(backend.contextsAlive);
@@ -172,14 +177,16 @@ void *createContext(void *, void *, const void *, uint32_t, void *)
 int destroyContext(void *context)
 {
     fakeBackend().calls.emplace_back("destroyContext");
+    fakeBackend().clientArguments = {context};
     --fakeBackend().contextsAlive;
     delete static_cast<int *>(context);
     return 1;
 }
 
-int setBuffers(void *, void *, void *)
+int setBuffers(void *context, void *draw, void *read)
 {
     fakeBackend().calls.emplace_back("setBuffers");
+    fakeBackend().clientArguments = {context, draw, read};
     return fakeBackend().setBuffersResult;
 }
 
@@ -195,6 +202,7 @@ void fillClientTable(void *out)
 {
     auto *table = static_cast<ClientAPIFunctions *>(out);
     *table = {};
+    if (fakeBackend().clientTableEmpty) return;
     table->createContext = createContext;
     table->destroyContext = destroyContext;
     table->setBuffers = setBuffers;
@@ -206,24 +214,29 @@ void fillClientTable(void *out)
     table->viewport = [](GLint x, GLint y, GLsizei w, GLsizei h) {
         fakeBackend().calls.push_back(clientCall("viewport", {x, y, w, h}));
     };
-    table->setSurfaceTexture = [](void *context, void *, void *, void *, void *, void *, void *last) -> void * {
+    table->setSurfaceTexture = [](void *context, void *a, void *b, void *c, void *d, void *e, void *f) -> void * {
         fakeBackend().calls.emplace_back(context ? "setSurfaceTexture" : "setSurfaceTexture(null)");
-        return last;
+        fakeBackend().clientArguments = {context, a, b, c, d, e, f};
+        return f;
     };
-    table->swapBuffer = [](void *context, void *, void *) {
+    table->swapBuffer = [](void *context, void *a, void *b) {
         fakeBackend().calls.emplace_back(context ? "swapBuffer" : "swapBuffer(null)");
+        fakeBackend().clientArguments = {context, a, b};
         return 7;
     };
     table->createClientSurface = [](void *first, void *surface) {
         fakeBackend().calls.emplace_back(first || !surface ? "createClientSurface wrong" : "createClientSurface");
+        fakeBackend().clientArguments = {first, surface};
         return 5;
     };
-    table->destroyClientSurface = [](void *) {
+    table->destroyClientSurface = [](void *surface) {
         fakeBackend().calls.emplace_back("destroyClientSurface");
+        fakeBackend().clientArguments = {surface};
         return 6;
     };
-    table->queryClientCapability = [](void *, void *) {
+    table->queryClientCapability = [](void *a, void *b) {
         fakeBackend().calls.emplace_back("queryClientCapability");
+        fakeBackend().clientArguments = {a, b};
         return 8;
     };
 }

@@ -24,9 +24,12 @@ struct FakeBackend {
     std::map<std::string, GLint> unknownLocations;       // names answered with -1
     std::map<std::string, std::function<void()>> onCall; // run when the function of that name is called
     GLint texLevelParameters[3] = {0, 0, 0};             // width, height, internal format
+    std::map<std::string, uint32_t> results;             // of functions that return a number, by name; else 0
     int contextsAlive = 0;
     bool createContextFails = false;
     int setBuffersResult = 1;
+    bool clientTableEmpty = false;             // the backend leaves its client table without functions
+    std::vector<const void *> clientArguments; // of the last client-table call that takes pointers
 };
 
 FakeBackend &fakeBackend();
@@ -43,6 +46,12 @@ std::vector<std::string> callsOf(const std::string &function);
 
 /// The recorded calls; forgets them.
 std::vector<std::string> takeCalls();
+
+/// The text that a small number is recorded as when it is given as a pointer: +16 for 0x10.
+inline void *offsetPointer(uintptr_t offset)
+{
+    return reinterpret_cast<void *>(offset);
+}
 
 /// One context, current on the calling thread, made through the client-API table.
 struct TestContext {
