@@ -6,21 +6,19 @@
 #include "frontend/error.h"
 
 // A row becomes:
-// TRL20_EXPORT void GL_APIENTRY glGetTexturesQRN(GLuint *textures, GLint maxTextures, GLint *numTextures)
+// GL_API void GL_APIENTRY glGetTexturesQRN(GLuint *textures, GLint maxTextures, GLint *numTextures)
 // {
 //     if (!currentContext() || !glGetTexturesQRN_2_0) return void();
 //     return glGetTexturesQRN_2_0(textures, maxTextures, numTextures);
 // }
 #define VENDOR_SILENT(name, result, arguments, call, pointer)                                                          \
-    TRL20_EXPORT result GL_APIENTRY name arguments;                                                                    \
-    result GL_APIENTRY name arguments                                                                                  \
+    GL_API result GL_APIENTRY name arguments                                                                           \
     {                                                                                                                  \
         if (!currentContext() || !pointer) return result();                                                            \
         return pointer call;                                                                                           \
     }
 #define VENDOR_LOUD(name, arguments, call, pointer)                                                                    \
-    TRL20_EXPORT void GL_APIENTRY name arguments;                                                                      \
-    void GL_APIENTRY name arguments                                                                                    \
+    GL_API void GL_APIENTRY name arguments                                                                             \
     {                                                                                                                  \
         if (!currentContext()) return;                                                                                 \
         if (pointer) return pointer call;                                                                              \
@@ -29,23 +27,17 @@
     }
 #include "ext/vendor_forward.def"
 
-TRL20_EXPORT void GL_APIENTRY glFogCoordf(GLfloat coord);
-TRL20_EXPORT void GL_APIENTRY glAlphaFactorfZEK(GLfloat factor);
-TRL20_EXPORT void GL_APIENTRY glGetBufferPointervZEK(GLenum target, void **params);
-TRL20_EXPORT void GL_APIENTRY glMultMatrixfWithHintZEK(const GLfloat *m, ...);
-TRL20_EXPORT void GL_APIENTRY glLoadMatrixfWithHintZEK(const GLfloat *m, ...);
-
-void GL_APIENTRY glFogCoordf(GLfloat coord)
+GL_API void GL_APIENTRY glFogCoordf(GLfloat coord)
 {
     if (GLIContext *ctx = currentContext()) ctx->vendor.fogCoord = coord;
 }
 
-void GL_APIENTRY glAlphaFactorfZEK(GLfloat factor)
+GL_API void GL_APIENTRY glAlphaFactorfZEK(GLfloat factor)
 {
     if (GLIContext *ctx = currentContext()) ctx->vendor.alphaFactor = factor;
 }
 
-void GL_APIENTRY glGetBufferPointervZEK(GLenum target, void **params)
+GL_API void GL_APIENTRY glGetBufferPointervZEK(GLenum target, void **params)
 {
     if (!currentContext()) return;
     if (target != GL_ARRAY_BUFFER && target != GL_ELEMENT_ARRAY_BUFFER) {
@@ -62,12 +54,12 @@ void GL_APIENTRY glGetBufferPointervZEK(GLenum target, void **params)
 }
 
 // The hints say what kind of matrix is given; the load finds out itself.
-void GL_APIENTRY glMultMatrixfWithHintZEK(const GLfloat *m, ...)
+GL_API void GL_APIENTRY glMultMatrixfWithHintZEK(const GLfloat *m, ...)
 {
     glMultMatrixf(m);
 }
 
-void GL_APIENTRY glLoadMatrixfWithHintZEK(const GLfloat *m, ...)
+GL_API void GL_APIENTRY glLoadMatrixfWithHintZEK(const GLfloat *m, ...)
 {
     glLoadMatrixf(m);
 }
