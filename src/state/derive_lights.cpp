@@ -2,6 +2,8 @@
 // What draws need of the lights beyond what the application gave: kinds, colour products, scene colour.
 #include "frontend/context.h"
 
+#include <bit>
+
 namespace {
 
 constexpr uint32_t SPOT_CUTOFF = 1; // place of the cutoff in Light::packed0
@@ -47,22 +49,19 @@ void deriveKind(LightingState &lighting, uint32_t index)
 
 void deriveColors(LightingState &lighting, uint32_t index, bool colorMaterial)
 {
-    Light &light = lighting.lights[index];
-    const Material &material = lighting.material;
-    if (colorMaterial) {
-        // The shader multiplies these two by the vertex colour.
-        copyColor(light.ambientProduct, light.ambient);
-        copyColor(light.diffuseProduct, light.diffuse);
-    } else {
-        multiplyColors(light.ambientProduct, light.ambient, material.ambient);
-        multiplyColors(light.diffuseProduct, light.diffuse, material.diffuse);
-    }
-    multiplyColors(light.specularProduct, light.specular, material.specular);
-
     const uint32_t bit = 1u << index;
-    setBit(lighting.zeroAmbientMask, bit, !light.enabled || isNowherePositive(light.ambientProduct));
-    setBit(lighting.zeroDiffuseMask, bit, !light.enabled || isNowherePositive(light.diffuseProduct));
-    setBit(lighting.zeroSpecularMask, bit, !light.enabled || isNowherePositive(light.specularProduct));
+    const Light &light = lighting.lights[index];
+    if (!light.enabled) {
+        // Counts as black. Nothing reads its products, and enabling it marks them.
+        lighting.zeroAmbientMask |= bit;
+        lighting.zeroDiffuseMask |= bit;
+        lighting.zeroSpecularMask |= bit;
+        return;
+    }
+    deriveLightProducts(lighting, index, colorMaterial);
+    setBit(lighting.zeroAmbientMask, bit, isNowherePositive(light.ambientProduct));
+    setBit(lighting.zeroDiffuseMask, bit, isNowherePositive(light.diffuseProduct));
+    setBit(lighting.zeroSpecularMask, bit, isNowherePositive(light.specularProduct));
 }
 
 // OpenGL ES 1.1, 2.12.1: emission plus global ambient, with the diffuse alpha. Under colour material the shader adds
@@ -90,6 +89,21 @@ void noteLightEnable(GLIContext *ctx, uint32_t light)
     ctx->dirty |= DIRTY_ENABLES;
 }
 
+void deriveLightProducts(LightingState &lighting, uint32_t index, bool colorMaterial)
+{
+    Light &light = lighting.lights[index];
+    const Material &material = lighting.material;
+    if (colorMaterial) {
+        // The shader multiplies these two by the vertex colour.
+        copyColor(light.ambientProduct, light.ambient);
+        copyColor(light.diffuseProduct, light.diffuse);
+    } else {
+        multiplyColors(light.ambientProduct, light.ambient, material.ambient);
+        multiplyColors(light.diffuseProduct, light.diffuse, material.diffuse);
+    }
+    multiplyColors(light.specularProduct, light.specular, material.specular);
+}
+
 void markLightColors(LightingState &lighting, uint32_t lightMask)
 {
     lighting.colorDirty[0] |= lightMask;
@@ -114,7 +128,8 @@ void deriveLights(GLIContext *ctx)
 
     const uint32_t colorDirty = lighting.colorDirty[0] | lighting.colorDirty[1];
     if ((lighting.geometryDirty | colorDirty) == 0) return;
-    for (uint32_t i = 0; i < kMaxLights; ++i) {
+    for (uint32_t marked = lighting.geometryDirty | colorDirty; marked; marked &= marked - 1) {
+        const auto i = static_cast<uint32_t>(std::countr_zero(marked));
         if (lighting.geometryDirty & (1u << i)) deriveKind(lighting, i);
         if (colorDirty & (1u << i)) deriveColors(lighting, i, colorMaterial);
     }

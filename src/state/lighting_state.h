@@ -89,3 +89,7 @@ void markLitDraws(GLIContext *ctx);
 
 /// Works the change marks: scene colour, then for marked lights 0 to 7 kind, colour products and the six masks.
 void deriveLights(GLIContext *ctx);
+
+/// The three colour products of one light with the material; under colour material ambient and diffuse are the light's
+/// own. A disabled light's are only computed at initialisation.
+void deriveLightProducts(LightingState &lighting, uint32_t index, bool colorMaterial);

@@ -189,6 +189,8 @@ void initLighting(GLIContext *ctx)
 
     markEverything(lighting);
     deriveLights(ctx);
+    for (uint32_t i = 0; i < kMaxLights; ++i)
+        deriveLightProducts(lighting, i, false);
     markEverything(lighting);
 }
 

@@ -71,6 +71,7 @@ TEST_F(DeriveLights, AChangedPositionMovesTheLightToAnotherMask)
 
 TEST_F(DeriveLights, ProductsAreComponentByComponent)
 {
+    glEnable(GL_LIGHT1);
     setColor(GL_LIGHT1, GL_AMBIENT, {0.5f, 0.25f, 1, 2});
     setColor(GL_LIGHT1, GL_DIFFUSE, {1, 2, 3, 4});
     setColor(GL_LIGHT1, GL_SPECULAR, {8, 4, 2, 1});
@@ -85,6 +86,7 @@ TEST_F(DeriveLights, ProductsAreComponentByComponent)
 
 TEST_F(DeriveLights, ColorMaterialLeavesAmbientAndDiffuseOfTheLight)
 {
+    glEnable(GL_LIGHT1);
     setColor(GL_LIGHT1, GL_AMBIENT, {0.5f, 0.25f, 1, 2});
     setColor(GL_LIGHT1, GL_DIFFUSE, {1, 2, 3, 4});
     setColor(GL_LIGHT1, GL_SPECULAR, {8, 4, 2, 1});
