@@ -91,9 +91,11 @@ GL_API void GL_APIENTRY glShadeModel(GLenum mode)
 
 GL_API void GL_APIENTRY glHint(GLenum target, GLenum mode)
 {
-    assertThat(glHint_2_0 != nullptr, "glHint_2_0");
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = currentContext();
     if (!ctx) return;
+    // Also in interface-only mode, although the hints themselves stay here.
+    assertThat(glHint_2_0 != nullptr, "glHint_2_0");
+    if (ctx->settings.interfaceOnly) return;
     if (mode != GL_FASTEST && mode != GL_NICEST && mode != GL_DONT_CARE) return __glSetError(GL_INVALID_ENUM);
 
     switch (target) {
