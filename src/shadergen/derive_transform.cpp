@@ -7,10 +7,12 @@
 #include "math/matrix_classify.h"
 #include "shadergen/derive.h"
 
+#include <bit>
+
 namespace {
 
-constexpr uint32_t kMaskIdentity = 0x84217BDE;  // zero-one mask of the identity matrix
-constexpr uint32_t kMaskScaleTranslate = 0xBDE; // the elements off the diagonal of the leading 4x3 block are zero
+// Zero-one mask (see getMatrixZeroOneMask): the elements off the diagonal of the first three columns are zero.
+constexpr uint32_t kMaskScaleTranslate = 0xBDE;
 
 // Normal matrix of a modelview (OpenGL ES 1.1, 2.10.3): transpose of the inverse of its upper 3x3.
 void computeNormalMatrix(const MatrixRecord &modelview, bool rescale, float out[9])
@@ -32,33 +34,27 @@ void computeNormalMatrix(const MatrixRecord &modelview, bool rescale, float out[
         out[i] *= factor;
 }
 
-void updateModelViewProjection(TransformState &transform)
+// These three run after a change only. Out of line, they leave the unchanged draw without registers to save.
+[[gnu::noinline]] void updateModelViewProjection(TransformState &transform)
 {
-    if (!(transform.uniformDirty & DIRTY_TRANSFORM)) return;
-
     matrixMultiply(transform.top[STACK_PROJECTION], transform.top[STACK_MODELVIEW], &transform.modelViewProjection);
-    transform.mvpMask = getMatrixZeroOneMask(&transform.modelViewProjection);
+    const uint32_t mask = getMatrixZeroOneMask(&transform.modelViewProjection);
+    const uint32_t rows = signicantRows(mask); // 0 for the identity
+    const bool scaleTranslate = rows != 0 && (mask & kMaskScaleTranslate) == kMaskScaleTranslate;
+    transform.mvpForm[0] = static_cast<uint8_t>(scaleTranslate ? MVP_SCALE_TRANSLATE : rows);
+    transform.mvpForm[1] = static_cast<uint8_t>(rows); // w need not be 1
+    transform.mvpUploadKind = MVP_UPLOAD_STALE;
     transform.normalMatrixStale = 1;
     transform.uniformDirty &= ~static_cast<uint32_t>(DIRTY_TRANSFORM);
 }
 
-void updateNormalMatrix(GLIContext *ctx)
+[[gnu::noinline]] void updateNormalMatrix(GLIContext *ctx)
 {
     TransformState &transform = ctx->transform;
     const uint32_t rescale = ctx->enables.rescaleNormal;
-    if (!transform.normalMatrixStale && transform.normalMatrixRescaled == rescale) return;
-
     computeNormalMatrix(*transform.top[STACK_MODELVIEW], rescale != 0, transform.normalMatrix);
     transform.normalMatrixStale = 0;
     transform.normalMatrixRescaled = rescale;
-}
-
-uint32_t mvpForm(const GLIContext *ctx)
-{
-    const uint32_t mask = ctx->transform.mvpMask;
-    if (mask == kMaskIdentity) return 0;
-    if (ctx->arrays.vertex.size < 4 && (mask & kMaskScaleTranslate) == kMaskScaleTranslate) return MVP_SCALE_TRANSLATE;
-    return signicantRows(mask);
 }
 
 // Light vectors are given in object space only when every normal may stay there too.
@@ -67,16 +63,18 @@ bool wantsObjectSpaceLights(const ShaderStateBitfield &key)
     return key.lighting && key.directionalLight && key.noTexGen;
 }
 
-void updatePalette(GLIContext *ctx)
+// Brings the upload arrays of the marked matrices up to date.
+void updatePaletteUploads(GLIContext *ctx)
 {
     PaletteState &palette = ctx->palette;
     const bool objectSpaceLights = wantsObjectSpaceLights(ctx->key);
     palette.normalsDirty |= palette.dirty;
-    for (uint32_t i = 0; i < kPaletteMatrices; ++i) {
-        const MatrixRecord &matrix = palette.matrices[i];
+    const uint32_t normals = ctx->key.eyeCoordinates ? palette.normalsDirty : 0;
+    for (uint32_t left = palette.dirty | normals; left != 0; left &= left - 1) {
+        const auto i = static_cast<uint32_t>(std::countr_zero(left));
         const uint32_t bit = 1u << i;
-        if (ctx->key.eyeCoordinates && (palette.normalsDirty & bit))
-            computeNormalMatrix(matrix, ctx->enables.rescaleNormal != 0, palette.normalUpload[i]);
+        const MatrixRecord &matrix = palette.matrices[i];
+        if (normals & bit) computeNormalMatrix(matrix, ctx->enables.rescaleNormal != 0, palette.normalUpload[i]);
         if (!(palette.dirty & bit)) continue;
         if (objectSpaceLights && isMatrixOrthogonal(&matrix)) {
             palette.nonOrthogonal &= ~bit;
@@ -85,8 +83,17 @@ void updatePalette(GLIContext *ctx)
         }
         os_memcpy(palette.upload[i], matrix.f, sizeof(palette.upload[i]));
     }
-    if (ctx->key.eyeCoordinates) palette.normalsDirty = 0;
+    palette.normalsDirty &= ~normals;
     palette.dirty = 0;
+}
+
+[[gnu::noinline]] void updatePaletteState(GLIContext *ctx)
+{
+    ShaderStateBitfield &key = ctx->key;
+    updatePaletteUploads(ctx);
+    key.orthogonalTransform = ctx->palette.nonOrthogonal == 0;
+    key.mvpForm = MVP_GENERAL;
+    key.vertexUnits = paletteUnits(ctx);
 }
 
 } // namespace
@@ -97,18 +104,15 @@ void updateTransformState(GLIContext *ctx)
     const MatrixRecord &modelview = *transform.top[STACK_MODELVIEW];
     assertThat(transform.top[STACK_PROJECTION]->flags & MATRIX_FLOAT, "float projection matrix");
     assertThat(modelview.flags & MATRIX_FLOAT, "float modelview matrix");
-    updateModelViewProjection(transform);
+    if (transform.uniformDirty & DIRTY_TRANSFORM) updateModelViewProjection(transform);
 
     ShaderStateBitfield &key = ctx->key;
-    if (key.matrixPalette) {
-        updatePalette(ctx);
-        key.orthogonalTransform = ctx->palette.nonOrthogonal == 0;
-        key.mvpForm = MVP_GENERAL;
-        key.vertexUnits = paletteUnits(ctx);
-        return;
-    }
-    if (key.eyeCoordinates) updateNormalMatrix(ctx);
+    if (key.matrixPalette) return updatePaletteState(ctx);
+
+    if (key.eyeCoordinates &&
+        (transform.normalMatrixStale || transform.normalMatrixRescaled != ctx->enables.rescaleNormal))
+        updateNormalMatrix(ctx);
     key.orthogonalTransform = wantsObjectSpaceLights(key) && isMatrixOrthogonal(&modelview);
-    key.mvpForm = mvpForm(ctx);
+    key.mvpForm = transform.mvpForm[ctx->arrays.vertex.size >= 4] & 7;
     key.vertexUnits = 0;
 }

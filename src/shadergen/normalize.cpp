@@ -54,10 +54,22 @@ uint32_t lightKinds(const LightingState &lighting)
 
 } // namespace
 
-ProgramKey normalizedKey(const GLIContext *ctx)
+GenerationInputs generationInputs(const GLIContext *ctx)
 {
-    ProgramKey key = {.state = ctx->key, .inputs = {}};
-    ShaderStateBitfield &state = key.state;
+    const ShaderStateBitfield &state = ctx->key;
+    if (state.passThrough) return {};
+    // Texture generation reads the transformed normal too; the key's own bit is the lighting's.
+    return {.lightKinds = (state.lighting ? lightKinds(ctx->lighting) : 0) & 0xFFFF,
+            .paletteUnits = (state.matrixPalette ? paletteUnits(ctx) : 0) & 0x7,
+            .pointAttenuation = ctx->pointLine.attenuationActive != 0,
+            .fogBlendInShader = state.fogMode != FOG_NONE && ctx->backend.lacksFog,
+            .normalizeForTexGen = !state.lighting && state.normalizeNormal && !state.noTexGen,
+            .reservedInputs = 0};
+}
+
+ShaderStateBitfield normalizedState(const ShaderStateBitfield &given)
+{
+    ShaderStateBitfield state = given;
     for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
         if (state.unit[unit].enabled) continue;
         state.combine[unit] = {};
@@ -65,22 +77,9 @@ ProgramKey normalizedKey(const GLIContext *ctx)
     }
     if (state.passThrough) {
         keepPassThroughFields(state);
-        return key;
+        return state;
     }
-
-    if (!state.lighting) {
-        // Texture generation reads the transformed normal too; the key's own bit is the lighting's.
-        key.inputs.normalizeForTexGen = state.normalizeNormal && !state.noTexGen;
-        clearLightingFields(state);
-    } else {
-        key.inputs.lightKinds = lightKinds(ctx->lighting) & 0xFFFF;
-    }
-    if (!state.matrixPalette) {
-        state.vertexUnits = 0;
-    } else {
-        key.inputs.paletteUnits = paletteUnits(ctx) & 0x7;
-    }
-    key.inputs.pointAttenuation = ctx->pointLine.attenuationActive != 0;
-    key.inputs.fogBlendInShader = state.fogMode != FOG_NONE && ctx->backend.lacksFog;
-    return key;
+    if (!state.lighting) clearLightingFields(state);
+    if (!state.matrixPalette) state.vertexUnits = 0;
+    return state;
 }

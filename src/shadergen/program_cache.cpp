@@ -10,8 +10,40 @@
 #include "vsp.h"
 
 #include <cstring>
+#include <iterator>
 
 namespace {
+
+AskedState askedState(const GLIContext *ctx)
+{
+    const LightingState &lighting = ctx->lighting;
+    return {.key = ctx->key,
+            .directionalMask = lighting.directionalMask,
+            .pointMask = lighting.pointMask,
+            .spotMask = lighting.spotMask,
+            .attenuationActive = ctx->pointLine.attenuationActive,
+            .weightSize = ctx->arrays.weight.size};
+}
+
+uint64_t wordAt(const ShaderStateBitfield &key, uint32_t index)
+{
+    uint64_t word;
+    std::memcpy(&word, reinterpret_cast<const char *>(&key) + index * sizeof(word), sizeof(word));
+    return word;
+}
+
+// Whether a context asks for the same again. Every draw does this: in line, by whole words, with one branch.
+bool isAsked(const AskedState &asked, const GLIContext *ctx)
+{
+    const LightingState &lighting = ctx->lighting;
+    uint64_t difference = (asked.directionalMask ^ lighting.directionalMask) | (asked.pointMask ^ lighting.pointMask) |
+                          (asked.spotMask ^ lighting.spotMask) |
+                          (asked.attenuationActive ^ ctx->pointLine.attenuationActive) |
+                          static_cast<uint32_t>(asked.weightSize ^ ctx->arrays.weight.size);
+    for (uint32_t i = 0; i < sizeof(ShaderStateBitfield) / sizeof(uint64_t); ++i)
+        difference |= wordAt(asked.key, i) ^ wordAt(ctx->key, i);
+    return difference == 0;
+}
 
 void unlinkUse(ShaderCacheNode *node)
 {
@@ -118,6 +150,29 @@ ShaderCacheNode *findOrAddProgram(GLIContext *ctx)
     return node;
 }
 
+// Finds or builds the program of the context's key and binds it. Out of line, so that a draw which asks for the current
+// program again does not pay for its registers.
+[[gnu::noinline]] void selectProgram(GLIContext *ctx)
+{
+    ShaderCache *cache = ctx->shaderCache;
+    cache->asked = askedState(ctx);
+    cache->wanted = {normalizedState(ctx->key), generationInputs(ctx)};
+    if (ctx->currentEntry && compareKeys(ctx->currentEntry->key, cache->wanted) == 0) {
+        ++cache->hitCount;
+        return;
+    }
+    ShaderCacheNode *node = findOrAddProgram(ctx);
+    if (node) appendMostRecent(cache, node);
+    if (!node || node->entry.vertexShader == 0 || node->entry.fragmentShader == 0) {
+        ctx->currentEntry = nullptr;
+        glUseProgram_2_0(0);
+        return;
+    }
+    ctx->currentEntry = &node->entry;
+    glUseProgram_2_0(node->entry.program);
+    writeRequestedProgramLogs(node->entry);
+}
+
 } // namespace
 
 void initShaderCache(GLIContext *ctx)
@@ -152,21 +207,9 @@ void gliSetShaderProgram(GLIContext *ctx)
     ShaderCache *cache = ctx->shaderCache;
     if (!cache) return;
 
-    const ProgramKey key = normalizedKey(ctx);
-    if (ctx->currentEntry && std::memcmp(&ctx->currentEntry->key, &key, sizeof(key)) == 0) {
+    if (ctx->currentEntry && isAsked(cache->asked, ctx)) {
         ++cache->hitCount;
         return;
     }
-
-    cache->wanted = key;
-    ShaderCacheNode *node = findOrAddProgram(ctx);
-    if (node) appendMostRecent(cache, node);
-    if (!node || node->entry.vertexShader == 0 || node->entry.fragmentShader == 0) {
-        ctx->currentEntry = nullptr;
-        glUseProgram_2_0(0);
-        return;
-    }
-    ctx->currentEntry = &node->entry;
-    glUseProgram_2_0(node->entry.program);
-    writeRequestedProgramLogs(node->entry);
+    selectProgram(ctx);
 }

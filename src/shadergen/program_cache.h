@@ -40,6 +40,16 @@ struct ShaderCacheNode {
     ShaderProgramEntry entry;
 };
 
+/// Everything that a program's key is made of, as it was given. (The place of fog blending never changes.)
+struct AskedState {
+    ShaderStateBitfield key;
+    uint32_t directionalMask; // of LightingState
+    uint32_t pointMask;
+    uint32_t spotMask;
+    uint32_t attenuationActive; // of PointLineState
+    GLint weightSize;           // components of the palette's weight array
+};
+
 struct ShaderCache {
     ShaderCacheNode *root;
     ShaderCacheNode lru; // sentinel: next is the least, previous the most recently used node
@@ -47,7 +57,8 @@ struct ShaderCache {
     uint32_t nodeCount;  // nodes allocated
     uint32_t hitCount;   // never reset
     uint32_t missCount;
-    ProgramKey wanted; // key of the lookup under way; the generators read it
+    AskedState asked;  // of the last lookup; the same again means the current entry
+    ProgramKey wanted; // of the last lookup, normalised; the generators read it
 };
 
 /// Makes the empty cache and the empty shader text. Without memory the context has none and every draw is skipped.
@@ -60,6 +71,9 @@ void destroyShaderCache(GLIContext *ctx);
 /// with program 0 bound when none could be built.
 void gliSetShaderProgram(GLIContext *ctx);
 
-/// The context's key without what has no effect in its state, and the inputs beside it. Fields that draw-texture's
-/// short shader has no outputs for are cleared for such a draw.
-ProgramKey normalizedKey(const GLIContext *ctx);
+/// What the generators read beside the context's key, as far as it has an effect.
+GenerationInputs generationInputs(const GLIContext *ctx);
+
+/// A key without what has no effect in its state. Fields that draw-texture's short shader has no outputs for are
+/// cleared for such a draw.
+ShaderStateBitfield normalizedState(const ShaderStateBitfield &given);

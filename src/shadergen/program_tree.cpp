@@ -7,11 +7,6 @@
 
 namespace {
 
-int compareKeys(const ProgramKey &a, const ProgramKey &b)
-{
-    return std::memcmp(&a, &b, sizeof(ProgramKey));
-}
-
 // The child to go to from a node on the way to a key: larger keys are right.
 uint32_t directionTo(const ShaderCacheNode *node, const ProgramKey &key)
 {
@@ -48,6 +43,11 @@ void exchangeEntries(ShaderCacheNode *a, ShaderCacheNode *b)
 }
 
 } // namespace
+
+int compareKeys(const ProgramKey &a, const ProgramKey &b)
+{
+    return std::memcmp(&a, &b, sizeof(ProgramKey));
+}
 
 ShaderCacheNode *findProgram(ShaderCacheNode *root, const ProgramKey &key)
 {

@@ -4,6 +4,9 @@
 
 #include "shadergen/program_cache.h"
 
+/// Order of the tree: below, at or above 0 as memcmp of the keys' bytes.
+int compareKeys(const ProgramKey &a, const ProgramKey &b);
+
 /// The node whose key equals the given one; null when there is none.
 ShaderCacheNode *findProgram(ShaderCacheNode *root, const ProgramKey &key);
 

@@ -51,19 +51,36 @@ void uploadFog(const GLIContext *ctx, const ProgramLocations &locations)
     }
 }
 
-void uploadModelViewProjection(const GLIContext *ctx, const ProgramLocations &locations)
+// Kept between draws, since most draws change neither matrix.
+void makeMvpUpload(TransformState &transform, MvpUploadKind kind)
 {
-    const MatrixRecord &mvp = ctx->transform.modelViewProjection;
-    if (ctx->key.mvpForm == MVP_SCALE_TRANSLATE) {
-        const float *m = mvp.f;
-        const GLfloat scaleTranslate[8] = {m[0], m[5], m[10], m[15], m[12], m[13], m[14], 0.0f};
-        glUniform4fv_2_0(locations.modelViewProjectionMatrix, 2, scaleTranslate);
-        return;
+    const float *m = transform.modelViewProjection.f;
+    float *out = transform.mvpUpload;
+    if (kind == MVP_UPLOAD_TRANSPOSED) {
+        matrixTranspose(m, out); // the shader has the vector on the left, or takes rows
+    } else {
+        for (uint32_t i = 0; i < 4; ++i) {
+            out[i] = m[5 * i];
+            out[4 + i] = m[12 + i];
+        }
+        out[7] = 0.0f; // element 15 is part of the scale
     }
-    if (!assertThat(ctx->key.mvpForm <= MVP_GENERAL, "form of the modelview-projection matrix")) return;
-    GLfloat transposed[16]; // the shader has the vector on the left, or takes rows
-    matrixTranspose(mvp.f, transposed);
-    glUniformMatrix4fv_2_0(locations.modelViewProjectionMatrix, 1, GL_FALSE, transposed);
+    transform.mvpUploadKind = kind;
+}
+
+void uploadModelViewProjection(GLIContext *ctx, const ProgramLocations &locations)
+{
+    if (!assertThat(ctx->key.mvpForm <= MVP_SCALE_TRANSLATE, "form of the modelview-projection matrix")) return;
+
+    TransformState &transform = ctx->transform;
+    const bool scaleTranslate = ctx->key.mvpForm == MVP_SCALE_TRANSLATE;
+    const MvpUploadKind kind = scaleTranslate ? MVP_UPLOAD_SCALE_TRANSLATE : MVP_UPLOAD_TRANSPOSED;
+    if (transform.mvpUploadKind != kind) makeMvpUpload(transform, kind);
+    if (scaleTranslate) {
+        glUniform4fv_2_0(locations.modelViewProjectionMatrix, 2, transform.mvpUpload);
+    } else {
+        glUniformMatrix4fv_2_0(locations.modelViewProjectionMatrix, 1, GL_FALSE, transform.mvpUpload);
+    }
 }
 
 void uploadClipPlane(GLIContext *ctx, const ProgramLocations &locations)

@@ -26,6 +26,13 @@ enum TransformDirty : uint32_t {
     DIRTY_TEXTURE_MATRIX1 = 0x100,
 };
 
+/// What TransformState::mvpUpload holds.
+enum MvpUploadKind : uint32_t {
+    MVP_UPLOAD_STALE = 0,           // nothing of the present product
+    MVP_UPLOAD_TRANSPOSED = 1,      // 16 floats: its transpose
+    MVP_UPLOAD_SCALE_TRANSLATE = 2, // 8 floats: its diagonal, then its translation and 0
+};
+
 struct TransformState {
     MatrixRecord modelview[kModelviewDepth]; // entry 0 is the bottom; every entry is float
     MatrixRecord projection[kProjectionDepth];
@@ -41,7 +48,9 @@ struct TransformState {
                                        // needs its image flipped or turned
     uint32_t uniformDirty;             // TransformDirty bits and 0x8, 0x10 of the coordinate replacement; consumed by
                                        // updateTransformState, not by the draw
-    uint32_t mvpMask;                  // zero-one mask of modelViewProjection
+    uint8_t mvpForm[2];                // MvpForm of modelViewProjection for vertices of up to three components, of four
+    MvpUploadKind mvpUploadKind;       // reset when modelViewProjection changes
+    float mvpUpload[16];               // for gles_ModelViewProjectionMatrix; made by the upload that needs it
     uint32_t normalMatrixStale;        // the modelview changed since normalMatrix was computed
     uint32_t normalMatrixRescaled;     // GL_RESCALE_NORMAL as normalMatrix was computed with
 };

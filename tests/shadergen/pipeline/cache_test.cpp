@@ -147,7 +147,7 @@ TEST_F(ProgramCache, FirstDrawBuildsAndBindsAProgram)
     EXPECT_EQ(ctx->currentEntry->program, 3u);
     EXPECT_EQ(ctx->currentEntry->vertexShader, 1u);
     EXPECT_EQ(ctx->currentEntry->fragmentShader, 2u);
-    const ProgramKey key = normalizedKey(ctx);
+    const ProgramKey key = {normalizedState(ctx->key), generationInputs(ctx)};
     EXPECT_EQ(std::memcmp(&ctx->currentEntry->key, &key, sizeof(key)), 0);
     ASSERT_EQ(fakeBackend().shaderTexts.size(), 2u);
     EXPECT_NE(fakeBackend().shaderTexts[0].find("gl_Position"), std::string::npos);

@@ -18,7 +18,7 @@ protected:
     Words normalized(const Words &words)
     {
         ctx->key = std::bit_cast<ShaderStateBitfield>(words);
-        return std::bit_cast<Words>(normalizedKey(ctx).state);
+        return std::bit_cast<Words>(normalizedState(ctx->key));
     }
     // Every bit set, but for draw-texture's: those keys have rules of their own.
     static Words allSet()
@@ -30,7 +30,7 @@ protected:
     }
     uint32_t inputs()
     {
-        return std::bit_cast<uint32_t>(normalizedKey(ctx).inputs);
+        return std::bit_cast<uint32_t>(generationInputs(ctx));
     }
 };
 
@@ -155,8 +155,8 @@ TEST_F(NormalizedKey, NormalizingForTextureGenerationOutlivesLighting)
     EXPECT_EQ(inputs(), 0u);
     ctx->key.noTexGen = 0;
     EXPECT_EQ(inputs(), 1u << 21);
-    EXPECT_EQ(normalizedKey(ctx).state.normalizeNormal, 0u);
+    EXPECT_EQ(normalizedState(ctx->key).normalizeNormal, 0u);
     ctx->key.lighting = 1;
     EXPECT_EQ(inputs(), 0u); // the key's own bit says it
-    EXPECT_EQ(normalizedKey(ctx).state.normalizeNormal, 1u);
+    EXPECT_EQ(normalizedState(ctx->key).normalizeNormal, 1u);
 }

@@ -236,6 +236,25 @@ TEST_F(TransformUniforms, ScaleAndTranslationGoAsTwoVectors)
     EXPECT_EQ(uploads().at(0), load("glUniform4fv", "gles_ModelViewProjectionMatrix", "2, {2, 3, 4, 8, 5, 6, 7, 0}"));
 }
 
+TEST_F(TransformUniforms, VertexSizeAloneChangesWhatIsLoaded)
+{
+    loadModelview(identityWith(12, 2));
+    const std::string asVectors = load("glUniform4fv", "gles_ModelViewProjectionMatrix", "2, {1, 1, 1, 1, 2, 0, 0, 0}");
+    const std::string asMatrix = load("glUniformMatrix4fv", "gles_ModelViewProjectionMatrix",
+                                      "1, 0, {1, 0, 0, 2, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}");
+    for (int round = 0; round < 2; ++round) {
+        glVertexPointer(3, GL_FLOAT, 0, nullptr);
+        EXPECT_EQ(uploads().at(0), asVectors);
+        glVertexPointer(4, GL_FLOAT, 0, nullptr);
+        EXPECT_EQ(uploads().at(0), asMatrix);
+        enablePalette();
+        EXPECT_EQ(uploads().at(0), asMatrix);
+        glDisable(GL_MATRIX_PALETTE_OES);
+    }
+    glLoadMatrixf(identityWith(12, 3).m);
+    EXPECT_NE(uploads().at(0), asMatrix);
+}
+
 TEST_F(TransformUniforms, UnknownFormIsAnAssertionAndLoadsTheOthers)
 {
     draw();
