@@ -172,6 +172,23 @@ TEST_F(Generate, EarlierTextLeavesNoTrace)
     EXPECT_EQ(std::string(GenerateVertexShader(ctx.get())), golden("plain.vert"));
 }
 
+// The two GLSL blocks of docs/shaders.md, in order.
+TEST(ShaderPage, ShowsWhatItsExampleGenerates)
+{
+    ProgramKey key = plainKey();
+    key.state.perVertexColor = 1;
+    enableUnit(key, 0);
+    const std::string page = golden("../../../docs/shaders.md");
+    const std::string begin = "```glsl\n";
+    size_t at = 0;
+    for (const std::string &text : {vertexText(key), fragmentText(key)}) {
+        at = page.find(begin, at);
+        ASSERT_NE(at, std::string::npos);
+        at += begin.size();
+        EXPECT_EQ(page.substr(at, page.find("```\n", at) - at), text);
+    }
+}
+
 // A stability check, not a correctness one: any change of any text over 4,000 keys changes these numbers. When a text
 // is changed on purpose, the failure prints the new ones.
 TEST(GenerateGrid, TextsOverAGridOfKeysAreAsBefore)
