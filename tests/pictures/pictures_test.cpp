@@ -23,11 +23,11 @@ void printPath(const std::string &path)
 }
 
 // Runs the renderer once per side and program run.
-bool renderAll(const std::string &side, const std::string &environment)
+bool renderAll(const std::string &side, const std::string &environment, const std::string &option = "")
 {
     const std::string folder = kPictureFolder + "/" + side;
     std::filesystem::create_directories(folder);
-    return std::system((environment + " '" + kRenderer + "' '" + folder + "'").c_str()) == 0;
+    return std::system((environment + " '" + kRenderer + "' " + option + " '" + folder + "'").c_str()) == 0;
 }
 
 bool haveOurs()
@@ -38,7 +38,7 @@ bool haveOurs()
 
 bool haveNative()
 {
-    static const bool drawn = renderAll("native", "env -u LD_LIBRARY_PATH");
+    static const bool drawn = renderAll("native", "env -u LD_LIBRARY_PATH", "--compared");
     return drawn;
 }
 
@@ -52,6 +52,11 @@ std::string probeText(const uint8_t *pixel)
 }
 
 } // namespace
+
+static void PrintTo(const Scene &scene, std::ostream *out)
+{
+    *out << scene.name;
+}
 
 TEST_P(Picture, HasTheColoursWorkedOutForIt)
 {
@@ -96,4 +101,4 @@ TEST_P(Picture, LooksLikeTheMachinesOwn)
 }
 
 INSTANTIATE_TEST_SUITE_P(Scenes, Picture, testing::ValuesIn(allScenes()),
-                         [](const auto &scene) { return std::string(scene.param.name); });
+                         [](const auto &scene) { return scene.param.name; });

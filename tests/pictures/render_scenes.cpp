@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Draws every scene with the EGL and ES 1.1 libraries it is started with, headless, each in a context of its own, and
 // writes NAME.png into a folder. The same program runs on the drop-in pair and on the machine's own libraries.
-//   render_scenes DIR [NAME...]
+//   render_scenes [--compared] DIR [NAME...]    --compared: only scenes that both libraries should draw alike
+#include "pictures/extensions.h"
 #include "pictures/image.h"
 #include "pictures/scene.h"
 
@@ -58,19 +59,22 @@ EGLConfig chooseConfig(EGLDisplay display)
     return config;
 }
 
-Image drawScene(EGLDisplay display, EGLConfig config, const Scene &scene)
+// The picture of a scene; clean becomes false when the scene leaves a GL error.
+Image drawScene(EGLDisplay display, EGLConfig config, const Scene &scene, bool &clean)
 {
     const EGLint size[] = {EGL_WIDTH, kPictureSize, EGL_HEIGHT, kPictureSize, EGL_NONE};
     const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 1, EGL_NONE};
     const EGLSurface surface = eglCreatePbufferSurface(display, config, size);
     const EGLContext context = eglCreateContext(display, config, EGL_NO_CONTEXT, version);
-    if (!surface || !context || !eglMakeCurrent(display, surface, surface, context)) fail(scene.name);
+    if (!surface || !context || !eglMakeCurrent(display, surface, surface, context)) fail(scene.name.c_str());
 
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
     scene.draw();
     const GLenum error = glGetError();
-    if (error != GL_NO_ERROR) std::fprintf(stderr, "render_scenes: %s leaves GL error 0x%04x\n", scene.name, error);
+    clean = clean && error == GL_NO_ERROR;
+    if (error != GL_NO_ERROR)
+        std::fprintf(stderr, "render_scenes: %s leaves GL error 0x%04x\n", scene.name.c_str(), error);
 
     Image image = {kPictureSize, kPictureSize, std::vector<uint8_t>(4 * kPictureSize * kPictureSize)};
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
@@ -85,23 +89,26 @@ Image drawScene(EGLDisplay display, EGLConfig config, const Scene &scene)
 
 int main(int argc, char **argv)
 {
-    if (argc < 2) {
-        std::fprintf(stderr, "usage: render_scenes DIR [NAME...]\n");
+    const bool compared = argc > 1 && std::string(argv[1]) == "--compared";
+    const std::vector<std::string> arguments(argv + 1 + compared, argv + argc);
+    if (arguments.empty()) {
+        std::fprintf(stderr, "usage: render_scenes [--compared] DIR [NAME...]\n");
         return 2;
     }
+    const std::string &folder = arguments[0];
     const EGLDisplay display = openDisplay();
     const EGLConfig config = chooseConfig(display);
     if (const char *missing = loadExtensions()) fail(missing);
+    bool clean = true;
     for (const Scene &scene : allScenes()) {
-        const bool wanted = argc == 2 || std::any_of(argv + 2, argv + argc,
-                                                     [&](const char *name) { return std::string(name) == scene.name; });
-        if (!wanted) continue;
-        const std::string path = std::string(argv[1]) + "/" + scene.name + ".png";
-        if (!writePng(path, drawScene(display, config, scene))) {
+        const bool named = std::find(arguments.begin() + 1, arguments.end(), scene.name) != arguments.end();
+        if ((arguments.size() > 1 && !named) || (compared && scene.native.instead)) continue;
+        const std::string path = folder + "/" + scene.name + ".png";
+        if (!writePng(path, drawScene(display, config, scene, clean))) {
             std::fprintf(stderr, "render_scenes: cannot write %s\n", path.c_str());
             return 1;
         }
     }
     eglTerminate(display);
-    return 0;
+    return clean ? 0 : 1;
 }

@@ -1,23 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "pictures/scene.h"
 
-#include <EGL/egl.h>
-
-PFNGLDRAWTEXIOESPROC drawTexi = nullptr;
-PFNGLTEXGENIOESPROC texGeni = nullptr;
-
-const char *loadExtensions()
-{
-    drawTexi = reinterpret_cast<PFNGLDRAWTEXIOESPROC>(eglGetProcAddress("glDrawTexiOES"));
-    texGeni = reinterpret_cast<PFNGLTEXGENIOESPROC>(eglGetProcAddress("glTexGeniOES"));
-    if (!drawTexi) return "glDrawTexiOES";
-    return texGeni ? nullptr : "glTexGeniOES";
-}
-
 std::vector<Scene> allScenes()
 {
     std::vector<Scene> all;
-    for (const auto list : {drawingScenes, matrixScenes, lightingScenes, rasterScenes, textureScenes}) {
+    for (const auto list : {drawingScenes, matrixScenes, lightingScenes, lightScenes, materialScenes, fogScenes,
+                            alphaAndClipScenes, pointScenes, lineScenes, textureScenes}) {
         for (Scene &scene : list())
             all.push_back(scene);
     }

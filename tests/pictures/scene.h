@@ -5,6 +5,8 @@
 #include <GLES/gl.h>
 #include <GLES/glext.h>
 
+#include <functional>
+#include <string>
 #include <vector>
 
 constexpr int kPictureSize = 128; // pixels, both ways; RGBA 8888, 24 bits of depth, 8 of stencil
@@ -13,7 +15,7 @@ constexpr int kPictureSize = 128; // pixels, both ways; RGBA 8888, 24 bits of de
 struct Probe {
     int x, y; // pixel, from the lower left
     double red, green, blue, alpha;
-    const char *why; // where the number comes from
+    std::string why; // where the number comes from
 };
 
 /// How the picture compares with the same calls on the machine's own ES 1.1.
@@ -24,8 +26,8 @@ struct NativeMatch {
 };
 
 struct Scene {
-    const char *name;
-    void (*draw)(); // from the start values of a context; the viewport is the whole picture
+    std::string name;
+    std::function<void()> draw; // from the start values of a context; the viewport is the whole picture
     std::vector<Probe> probes;
     NativeMatch native = {};
     int probeTolerance = 1; // of 255: one rounding to 8 bits
@@ -38,15 +40,23 @@ std::vector<Scene> allScenes();
 std::vector<Scene> drawingScenes();
 std::vector<Scene> matrixScenes();
 std::vector<Scene> lightingScenes();
-std::vector<Scene> rasterScenes();
+std::vector<Scene> lightScenes();
+std::vector<Scene> materialScenes();
+std::vector<Scene> fogScenes();
+std::vector<Scene> alphaAndClipScenes();
+std::vector<Scene> pointScenes();
+std::vector<Scene> lineScenes();
 std::vector<Scene> textureScenes();
-
-/// Extension entry points, which a library need not export: found by loadExtensions.
-extern PFNGLDRAWTEXIOESPROC drawTexi;
-extern PFNGLTEXGENIOESPROC texGeni;
-
-/// Finds the extension entry points through EGL. Returns the name of a missing one, or null.
-const char *loadExtensions();
+std::vector<Scene> formatScenes();
+std::vector<Scene> compressedScenes();
+std::vector<Scene> imageScenes();
+std::vector<Scene> cubeMapScenes();
+std::vector<Scene> environmentScenes();
+std::vector<Scene> combinerScenes();
+std::vector<Scene> textureMatrixScenes();
+std::vector<Scene> drawTextureScenes();
+std::vector<Scene> skinningScenes();
+std::vector<Scene> targetScenes();
 
 // Shared drawing.
 

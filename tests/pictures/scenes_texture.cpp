@@ -1,56 +1,15 @@
 // SPDX-License-Identifier: MIT
 // Textures, environments, combiners, two units, texture matrices, cube maps, draw-texture.
-#include "pictures/scene.h"
+#include "pictures/extensions.h"
+#include "pictures/textures.h"
 
 #include <algorithm>
 
 namespace {
 
-// A texture of 4 x 4 equal texels.
-template <size_t N>
-GLuint plainTexture(GLenum format, const GLubyte (&texel)[N])
-{
-    GLubyte texels[16 * N];
-    for (size_t i = 0; i < sizeof(texels); ++i)
-        texels[i] = texel[i % N];
-    GLuint name;
-    glGenTextures(1, &name);
-    glBindTexture(GL_TEXTURE_2D, name);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), 4, 4, 0, format, GL_UNSIGNED_BYTE, texels);
-    return name;
-}
-
-// Left half red, right half green.
-GLuint halvesTexture()
-{
-    GLubyte texels[4 * 4 * 4];
-    for (int i = 0; i < 16; ++i) {
-        const bool right = i % 4 >= 2;
-        texels[4 * i] = right ? 0 : 255;
-        texels[4 * i + 1] = right ? 255 : 0;
-        texels[4 * i + 2] = 0;
-        texels[4 * i + 3] = 255;
-    }
-    GLuint name;
-    glGenTextures(1, &name);
-    glBindTexture(GL_TEXTURE_2D, name);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 4, 4, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels);
-    return name;
-}
-
 void full()
 {
     drawRectangle(-1, -1, 1, 1);
-}
-
-void setEnv(GLenum pname, GLenum value)
-{
-    glTexEnvi(GL_TEXTURE_ENV, pname, static_cast<GLint>(value));
 }
 
 void replaced()
@@ -61,11 +20,11 @@ void replaced()
     full();
 }
 
-constexpr GLubyte kRgba[] = {204, 102, 51, 128};
-constexpr GLubyte kRgb[] = {204, 102, 51};
-constexpr GLubyte kLuminance[] = {153};
-constexpr GLubyte kLuminanceAlpha[] = {153, 128};
-constexpr GLubyte kAlpha[] = {128};
+const std::initializer_list<GLubyte> kRgba = {204, 102, 51, 128};
+const std::initializer_list<GLubyte> kRgb = {204, 102, 51};
+const std::initializer_list<GLubyte> kLuminance = {153};
+const std::initializer_list<GLubyte> kLuminanceAlpha = {153, 128};
+const std::initializer_list<GLubyte> kAlpha = {128};
 
 void envBoard(GLenum mode)
 {
@@ -121,11 +80,6 @@ constexpr Base kBases[] = {
     {{0.6, 0.6, 0.6}, 1, true, false, 64},           {{0.6, 0.6, 0.6}, 128 / 255.0, true, true, 38},
     {{0, 0, 0}, 128 / 255.0, false, true, 12},
 };
-
-double byteOf(double value)
-{
-    return 255 * std::clamp(value, 0.0, 1.0);
-}
 
 std::vector<Probe> envProbes(GLenum mode, bool withAlphaOnly = true)
 {
@@ -207,11 +161,10 @@ void combineOperands()
 
 void twoUnits()
 {
-    static const GLubyte grey[] = {128, 128, 128};
     halvesTexture();
     glEnable(GL_TEXTURE_2D);
     glActiveTexture(GL_TEXTURE1);
-    plainTexture(GL_RGB, grey);
+    plainTexture(GL_RGB, {128, 128, 128});
     glEnable(GL_TEXTURE_2D);
     full();
     // Unit 1 alone.
