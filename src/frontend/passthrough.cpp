@@ -6,10 +6,6 @@
 #include "frontend/current.h"
 #include "vertex/array_state.h"
 
-// glFramebufferTexture3DOES stands in no ES 1.1 header; applications declare it themselves.
-extern "C" GL_API void GL_APIENTRY glFramebufferTexture3DOES(GLenum target, GLenum attachment, GLenum textarget,
-                                                             GLuint texture, GLint level, GLint zoffset);
-
 // A row becomes:
 // GL_API void GL_APIENTRY glStencilMask(GLuint mask)
 // {

@@ -14,7 +14,7 @@ constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM,
                                                DIRTY_TEXTURE_MATRIX1, DIRTY_PALETTE};
 
 // Marks everything that depends on a stack after its current entry changed.
-void notifyChange(GLIContext *ctx, bool includePalette = true)
+void notifyChange(GLIContext *ctx)
 {
     TransformState &transform = ctx->transform;
     const uint32_t stack = transform.currentStack;
@@ -22,7 +22,7 @@ void notifyChange(GLIContext *ctx, bool includePalette = true)
         gliAdjustProjectionMatrix(ctx);
     } else if (stack == STACK_TEXTURE0 || stack == STACK_TEXTURE1) {
         ctx->keyDirty |= keyDirtyTexMatrix(stack - STACK_TEXTURE0);
-    } else if (stack == STACK_PALETTE && includePalette) {
+    } else if (stack == STACK_PALETTE) {
         markPaletteMatrix(ctx, ctx->palette.currentIndex);
     }
     ctx->dirty |= kStackDirty[stack];
@@ -135,7 +135,7 @@ GL_API void GL_APIENTRY glPopMatrix(void)
 
     --transform.top[stack];
     --transform.depth[stack];
-    notifyChange(ctx, false);
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glLoadIdentity(void)
