@@ -103,8 +103,8 @@ static_assert(sizeof(ShaderStateBitfield) == 72 && std::is_trivially_copyable_v<
 
 /// What the generators read beside the key. One word; compared together with the key.
 struct GenerationInputs {
-    uint32_t lightKinds : 16;        // two bits per light, light 0 lowest: LightKind; 0 without lighting
-    uint32_t paletteUnits : 3;       // 0 to 4 with the matrix palette, else 0
+    uint32_t lightKinds : 16;  // LightKind of each enabled light, two bits, lowest number lowest; 0 without lighting
+    uint32_t paletteUnits : 3; // 0 to 4 with the matrix palette, else 0
     uint32_t pointAttenuation : 1;   // attenuated point size: declarations in every program of such a state
     uint32_t fogBlendInShader : 1;   // fog colour is blended by the shader, not by the device's fog unit
     uint32_t normalizeForTexGen : 1; // GL_NORMALIZE with texture generation while lighting is off, which the key's own

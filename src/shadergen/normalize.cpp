@@ -37,19 +37,15 @@ void keepPassThroughFields(ShaderStateBitfield &key)
     key = kept;
 }
 
-// Bit i of an 8-bit mask to bit 2i.
-uint32_t spreadBits(uint32_t mask)
-{
-    mask = (mask | mask << 4) & 0x0F0F;
-    mask = (mask | mask << 2) & 0x3333;
-    return (mask | mask << 1) & 0x5555;
-}
-
+// The kinds of the enabled lights without the gaps between them: the texts number lights in that way too.
 uint32_t lightKinds(const LightingState &lighting)
 {
-    static_assert(LIGHT_DIRECTIONAL == 1 && LIGHT_POINT == 2 && LIGHT_SPOT == 3);
-    return spreadBits(lighting.directionalMask | lighting.spotMask) | spreadBits(lighting.pointMask | lighting.spotMask)
-                                                                          << 1;
+    uint32_t kinds = 0;
+    uint32_t slot = 0;
+    for (const Light &light : lighting.lights) {
+        if (light.kind != LIGHT_OFF) kinds |= light.kind << 2 * slot++;
+    }
+    return kinds;
 }
 
 } // namespace

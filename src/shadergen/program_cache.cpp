@@ -21,8 +21,7 @@ AskedState askedState(const GLIContext *ctx)
             .directionalMask = lighting.directionalMask,
             .pointMask = lighting.pointMask,
             .spotMask = lighting.spotMask,
-            .attenuationActive = ctx->pointLine.attenuationActive,
-            .weightSize = ctx->arrays.weight.size};
+            .attenuationActive = ctx->pointLine.attenuationActive};
 }
 
 uint64_t wordAt(const ShaderStateBitfield &key, uint32_t index)
@@ -38,8 +37,7 @@ bool isAsked(const AskedState &asked, const GLIContext *ctx)
     const LightingState &lighting = ctx->lighting;
     uint64_t difference = (asked.directionalMask ^ lighting.directionalMask) | (asked.pointMask ^ lighting.pointMask) |
                           (asked.spotMask ^ lighting.spotMask) |
-                          (asked.attenuationActive ^ ctx->pointLine.attenuationActive) |
-                          static_cast<uint32_t>(asked.weightSize ^ ctx->arrays.weight.size);
+                          (asked.attenuationActive ^ ctx->pointLine.attenuationActive);
     for (uint32_t i = 0; i < sizeof(ShaderStateBitfield) / sizeof(uint64_t); ++i)
         difference |= wordAt(asked.key, i) ^ wordAt(ctx->key, i);
     return difference == 0;

@@ -40,14 +40,14 @@ struct ShaderCacheNode {
     ShaderProgramEntry entry;
 };
 
-/// Everything that a program's key is made of, as it was given. (The place of fog blending never changes.)
+/// Everything that a program's key is made of, as it was given. (The palette's units are in the key's vertexUnits, and
+/// the place of fog blending never changes.)
 struct AskedState {
     ShaderStateBitfield key;
     uint32_t directionalMask; // of LightingState
     uint32_t pointMask;
     uint32_t spotMask;
     uint32_t attenuationActive; // of PointLineState
-    GLint weightSize;           // components of the palette's weight array
 };
 
 struct ShaderCache {

@@ -222,6 +222,37 @@ TEST_F(ProgramCache, InputsBesideTheKeyMakeProgramsOfTheirOwn)
     EXPECT_EQ(ctx->shaderCache->missCount, misses + 1);
 }
 
+TEST_F(ProgramCache, LightsOfTheSameKindsInTheSameOrderShareAProgram)
+{
+    const GLfloat point[] = {0, 0, 1, 1};
+    for (const GLenum light : {GL_LIGHT0, GL_LIGHT3, GL_LIGHT7}) {
+        glLightfv(light, GL_POSITION, point);
+        glLightf(light, GL_SPOT_CUTOFF, 30);
+    }
+    glEnable(GL_LIGHTING);
+    glEnable(GL_LIGHT1); // directional
+    glEnable(GL_LIGHT3); // spot
+    draw();
+    const GLuint program = ctx->currentEntry->program;
+    glDisable(GL_LIGHT3);
+    glEnable(GL_LIGHT7);
+    draw();
+    EXPECT_EQ(ctx->currentEntry->program, program) << "1 and 7 instead of 1 and 3";
+    glDisable(GL_LIGHT7);
+    glEnable(GL_LIGHT0);
+    draw();
+    EXPECT_NE(ctx->currentEntry->program, program) << "the spot light comes first now";
+}
+
+TEST_F(ProgramCache, PaletteUnitsHaveProgramsOfTheirOwn)
+{
+    for (const GLint units : {1, 2, 3, 4}) {
+        enablePalette(units);
+        draw();
+        EXPECT_EQ(ctx->shaderCache->missCount, static_cast<uint32_t>(units));
+    }
+}
+
 TEST_F(ProgramCache, SixtyFifthStateEvictsTheLeastRecent)
 {
     for (uint32_t state = 0; state < 64; ++state)

@@ -97,25 +97,17 @@ TEST_F(NormalizedKey, DrawTextureKeepsWhatItsShadersRead)
     EXPECT_EQ(withoutUnit0[16], 0x87u);
 }
 
-TEST_F(NormalizedKey, LightKindsArePartOfTheKeyWithLighting)
+TEST_F(NormalizedKey, KindsOfEnabledLightsArePartOfTheKeyWithLighting)
 {
-    // Two bits per light: light 0 directional, 2 point, 7 spot.
-    ctx->lighting.directionalMask = 1;
-    ctx->lighting.pointMask = 4;
-    ctx->lighting.spotMask = 0x80;
+    ctx->lighting.lights[2].kind = LIGHT_SPOT;
+    ctx->lighting.lights[5].kind = LIGHT_DIRECTIONAL;
+    ctx->lighting.lights[7].kind = LIGHT_POINT;
     EXPECT_EQ(inputs(), 0u);
     ctx->key.lighting = 1;
-    EXPECT_EQ(inputs() & 0xFFFF, 0xC021u);
-    for (uint32_t light = 0; light < kMaxLights; ++light) {
-        const uint32_t bit = 1u << light;
-        ctx->lighting.directionalMask = bit;
-        ctx->lighting.pointMask = ctx->lighting.spotMask = 0;
-        EXPECT_EQ(inputs() & 0xFFFF, 1u << 2 * light);
-        std::swap(ctx->lighting.directionalMask, ctx->lighting.pointMask);
-        EXPECT_EQ(inputs() & 0xFFFF, 2u << 2 * light);
-        std::swap(ctx->lighting.pointMask, ctx->lighting.spotMask);
-        EXPECT_EQ(inputs() & 0xFFFF, 3u << 2 * light);
-    }
+    EXPECT_EQ(inputs() & 0xFFFF, 0x27u); // 3, 1, 2 from the lowest bits on
+    for (Light &light : ctx->lighting.lights)
+        light.kind = LIGHT_POINT;
+    EXPECT_EQ(inputs() & 0xFFFF, 0xAAAAu);
 }
 
 TEST_F(NormalizedKey, PaletteUnitsArePartOfTheKeyWithThePalette)
