@@ -25,7 +25,7 @@ void Load_Gll_2_0(void *context)
 {
     constexpr bool CORE = true;
     constexpr bool OPTIONAL = false;
-    void *module = static_cast<GLIContext *>(context)->backendModule;
+    void *module = context ? static_cast<GLIContext *>(context)->backendModule : nullptr;
 
     // A row becomes: load(glClear_2_0, module, "glClear", CORE);
 #define BACKEND(name, result, arguments, visibility, group, need) load(name##_2_0, module, #name, need);

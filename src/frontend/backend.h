@@ -23,5 +23,6 @@ TRL20_EXPORT void *hGllModule;
 /// Handle of the EGL module. Never set here; unmapped with the backend when not null.
 TRL20_EXPORT void *hEglModule;
 
-/// Looks every backend entry point up in the module of the context. A missing core one is an assertion and stays null.
+/// Looks every backend entry point up in the module of the context. A missing core one is an assertion and stays null;
+/// without a module, or without a context, all are missing.
 TRL20_EXPORT void Load_Gll_2_0(void *context);
