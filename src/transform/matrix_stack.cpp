@@ -13,20 +13,28 @@ constexpr uint32_t kStackCapacity[STACK_PALETTE] = {kModelviewDepth, kProjection
 constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM, DIRTY_TEXTURE_MATRIX0,
                                                DIRTY_TEXTURE_MATRIX1, DIRTY_PALETTE};
 
+// What follows a change of any stack but the modelview's. Out of line: most changes are the modelview's.
+[[gnu::noinline]] void notifyOtherChange(GLIContext *ctx, uint32_t stack)
+{
+    if (stack == STACK_PROJECTION) {
+        gliAdjustProjectionMatrix(ctx);
+    } else if (stack == STACK_PALETTE) {
+        markPaletteMatrix(ctx, ctx->palette.currentIndex);
+    } else {
+        ctx->keyDirty |= keyDirtyTexMatrix(stack - STACK_TEXTURE0);
+    }
+    ctx->dirty |= kStackDirty[stack];
+    ctx->transform.uniformDirty |= kStackDirty[stack];
+}
+
 // Marks everything that depends on a stack after its current entry changed.
 void notifyChange(GLIContext *ctx)
 {
-    TransformState &transform = ctx->transform;
-    const uint32_t stack = transform.currentStack;
-    if (stack == STACK_PROJECTION) {
-        gliAdjustProjectionMatrix(ctx);
-    } else if (stack == STACK_TEXTURE0 || stack == STACK_TEXTURE1) {
-        ctx->keyDirty |= keyDirtyTexMatrix(stack - STACK_TEXTURE0);
-    } else if (stack == STACK_PALETTE) {
-        markPaletteMatrix(ctx, ctx->palette.currentIndex);
-    }
-    ctx->dirty |= kStackDirty[stack];
-    transform.uniformDirty |= kStackDirty[stack];
+    const uint32_t stack = ctx->transform.currentStack;
+    if (stack != STACK_MODELVIEW) [[unlikely]]
+        return notifyOtherChange(ctx, stack);
+    ctx->dirty |= DIRTY_TRANSFORM;
+    ctx->transform.uniformDirty |= DIRTY_TRANSFORM;
 }
 
 MatrixRecord *currentMatrix(GLIContext *ctx)
