@@ -167,10 +167,10 @@ GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
-    if (validateShadowState(ctx) && assertThat(glDrawArrays_2_0 != nullptr, "glDrawArrays_2_0")) {
+    if (validateShadowState(ctx)) {
         if (ctx->settings.dumps) [[unlikely]]
             dumpDraw(ctx);
-        glDrawArrays_2_0(mode, first, count);
+        if (assertThat(glDrawArrays_2_0 != nullptr, "glDrawArrays_2_0")) glDrawArrays_2_0(mode, first, count);
     }
     finishDraw(ctx);
 }
@@ -181,10 +181,11 @@ GL_API void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, 
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
-    if (validateShadowState(ctx) && assertThat(glDrawElements_2_0 != nullptr, "glDrawElements_2_0")) {
+    if (validateShadowState(ctx)) {
         if (ctx->settings.dumps) [[unlikely]]
             dumpDrawElements(ctx, mode, count, type, indices);
-        glDrawElements_2_0(mode, count, type, indices);
+        if (assertThat(glDrawElements_2_0 != nullptr, "glDrawElements_2_0"))
+            glDrawElements_2_0(mode, count, type, indices);
     }
     finishDraw(ctx);
 }
