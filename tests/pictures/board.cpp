@@ -2,13 +2,16 @@
 #include "pictures/board.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace {
 
+// A power of two, so that every cell begins and ends between pixels.
 int columnsFor(size_t cells)
 {
-    return static_cast<int>(std::ceil(std::sqrt(static_cast<double>(cells))));
+    int columns = 1;
+    while (static_cast<size_t>(columns) * static_cast<size_t>(columns) < cells)
+        columns *= 2;
+    return columns;
 }
 
 Place placeOf(size_t cell, int columns)

@@ -33,7 +33,7 @@ struct Cell {
 /// A cell that sets state and fills its place with a rectangle, whose colour does not depend on the place.
 Cell filledCell(std::string why, std::function<void()> set, Colour expected);
 
-/// The cells from the lower left to the right and up, as many columns as rows.
+/// The cells from the lower left to the right and up, as many columns as rows: a power of two.
 Scene boardScene(std::string name, std::vector<Cell> cells, NativeMatch native = {}, int probeTolerance = 1);
 
 /// 0..255 of a clamped channel.

@@ -112,7 +112,7 @@ void setLights(const std::vector<Light> &lights)
 void drawLitPoint(const Place &place, const Vec3 &normal, float z)
 {
     const GLfloat position[] = {middleX(place), middleY(place), z};
-    glPointSize(6); // even: no edge through the middle of a pixel
+    glPointSize(10); // even: no edge through the middle of a pixel
     glNormal3f(static_cast<GLfloat>(normal.x), static_cast<GLfloat>(normal.y), static_cast<GLfloat>(normal.z));
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, position);

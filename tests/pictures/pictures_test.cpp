@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <fstream>
 
 // Given by the build: folder of the drop-in pair, path of render_scenes, where pictures go.
 static const std::string kPairFolder = PAIR_FOLDER;
@@ -42,6 +43,15 @@ bool haveNative()
     return drawn;
 }
 
+// Whether the renderer wrote the scene down as one that leaves a GL error.
+bool leavesError(const std::string &side, const std::string &name)
+{
+    std::ifstream errors(kPictureFolder + "/" + side + "/errors.txt");
+    for (std::string line; std::getline(errors, line);)
+        if (line == name) return true;
+    return !errors.eof();
+}
+
 class Picture : public testing::TestWithParam<Scene> {};
 
 std::string probeText(const uint8_t *pixel)
@@ -62,6 +72,7 @@ TEST_P(Picture, HasTheColoursWorkedOutForIt)
 {
     const Scene &scene = GetParam();
     ASSERT_TRUE(haveOurs()) << "the renderer failed on the drop-in pair";
+    EXPECT_FALSE(leavesError("ours", scene.name)) << "a GL error is pending after the scene";
     const std::string path = kPictureFolder + "/ours/" + scene.name + ".png";
     const Image image = readPng(path);
     ASSERT_EQ(image.width, kPictureSize) << path;

@@ -102,3 +102,37 @@ Colour sampled(GLenum format, const Colour &texel)
         return {r, rounded(texel.g) / 255.0, rounded(texel.b) / 255.0, a};
     }
 }
+
+void drawTexel(const Place &place, double s, double t)
+{
+    const GLfloat positions[] = {place.left, place.bottom, place.right, place.bottom,
+                                 place.left, place.top,    place.right, place.top};
+    glMultiTexCoord4f(GL_TEXTURE0, static_cast<GLfloat>(s), static_cast<GLfloat>(t), 0, 1);
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glVertexPointer(2, GL_FLOAT, 0, positions);
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    glDisableClientState(GL_VERTEX_ARRAY);
+}
+
+void drawLevelTexel(const Place &place, int size, int level, int x, int y)
+{
+    const GLfloat positions[] = {place.left, place.bottom, place.right, place.bottom,
+                                 place.left, place.top,    place.right, place.top};
+    const auto pixels = static_cast<GLfloat>((place.right - place.left) / 2 * kPictureSize);
+    const auto perPixel = static_cast<GLfloat>(1 << level) / static_cast<GLfloat>(size);
+    // The middle pixel is the one right of and above the middle.
+    const auto first = [&](int texel) {
+        return (static_cast<GLfloat>(texel) + 0.5f) * perPixel - (pixels / 2 + 0.5f) * perPixel;
+    };
+    const GLfloat s = first(x);
+    const GLfloat t = first(y);
+    const GLfloat past = pixels * perPixel;
+    const GLfloat coordinates[] = {s, t, s + past, t, s, t + past, s + past, t + past};
+    glEnableClientState(GL_VERTEX_ARRAY);
+    glEnableClientState(GL_TEXTURE_COORD_ARRAY);
+    glVertexPointer(2, GL_FLOAT, 0, positions);
+    glTexCoordPointer(2, GL_FLOAT, 0, coordinates);
+    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glDisableClientState(GL_TEXTURE_COORD_ARRAY);
+}

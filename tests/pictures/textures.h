@@ -27,3 +27,10 @@ void setEnv(GLenum pname, GLenum value);
 
 /// What a texture of this base format gives to the environment for a texel: absent colours are 0, absent alpha is 1.
 Colour sampled(GLenum format, const Colour &texel);
+
+/// Fills a place with one texel: s and t are the same everywhere, so that no level but 0 is looked at.
+void drawTexel(const Place &place, double s, double t);
+
+/// Fills a place so that a square texture of that size shows level `level`, with the middle of texel x, y of that level
+/// in the pixel in the middle of the place. The texture repeats.
+void drawLevelTexel(const Place &place, int size, int level, int x, int y);
