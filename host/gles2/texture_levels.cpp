@@ -34,6 +34,9 @@ static GLint baseFormat(GLenum target, GLint level, GLint sized)
 
 static GLint readLevel(GLenum target, GLint level, GLenum pname)
 {
+    // No driver tells anything about the levels of external images. Such an image counts as RGBA of unknown size: one
+    // without alpha samples alpha 1.
+    if (target == GL_TEXTURE_EXTERNAL_OES) return pname == GL_TEXTURE_INTERNAL_FORMAT_QRN ? GL_RGBA : 0;
     GLint value = 0;
     if (pname == GL_TEXTURE_WIDTH_QRN) driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_WIDTH, &value);
     if (pname == GL_TEXTURE_HEIGHT_QRN) driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_HEIGHT, &value);
