@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstring>
 
 namespace {
 
@@ -83,9 +84,10 @@ std::vector<GLubyte> bytesOf(std::initializer_list<uint16_t> words)
 {
     std::vector<GLubyte> bytes;
     for (const uint16_t word : words) {
-        GLubyte two[2];
-        *reinterpret_cast<uint16_t *>(two) = word;
-        bytes.insert(bytes.end(), two, two + 2);
+        GLubyte two[sizeof(word)];
+        std::memcpy(two, &word, sizeof(word));
+        bytes.push_back(two[0]);
+        bytes.push_back(two[1]);
     }
     return bytes;
 }
