@@ -160,6 +160,7 @@ TEST_F(Dumps, ABinEntryHasColumnRowAndClass)
         {{1.03f, 0.2f, 0, 1}, "(3,2,IN )"},      // sx 1.015
         {{0.99f, 0.2f, 0, 1}, "(2,2,IN )"},      // sx 0.995: in front of the edge is not on it
         {{0.2f, 1, 0, 1}, "!2,1,IN !"},          // sy 0
+        {{0.2f, 0.5f, 0, 1}, "(2,2,IN )"},       // sy 1: only every second row counts
         {{0.2f, 0.97f, 0, 1}, "(2,1,IN )"},      // sy 0.06, halved 0.03
         {{0.2f, 0.995f, 0, 1}, "!2,1,IN !"},     // sy 0.01, halved 0.005
         {{-3, 0.2f, 0, 1}, "!0,2,IN !"},         // sx -1
