@@ -112,8 +112,8 @@ void printAbilities(const Abilities &abilities)
         {"framebuffer fetch", has("GL_EXT_shader_framebuffer_fetch"),
          "not used: logic operations are accepted and have no effect",
          "logic operations are accepted and have no effect"},
-        {"performance monitors", has("GL_AMD_performance_monitor"), "not used: the monitor calls do nothing",
-         "the monitor calls do nothing"},
+        {"performance monitors", has("GL_AMD_performance_monitor"), "not used: the monitor calls raise GL_INVALID_OPERATION",
+         "the monitor calls raise GL_INVALID_OPERATION"},
     };
     for (const Row &row : rows)
         printf("  %-32s %-4s %s\n", row.ability, row.present ? "yes" : "no",
