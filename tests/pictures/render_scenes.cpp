@@ -3,11 +3,9 @@
 // writes NAME.png into a folder. The same program runs on the drop-in pair and on the machine's own libraries.
 //   render_scenes [--compared] DIR [NAME...]    --compared: only scenes that both libraries should draw alike
 #include "pictures/extensions.h"
+#include "pictures/headless.h"
 #include "pictures/image.h"
 #include "pictures/scene.h"
-
-#include <EGL/egl.h>
-#include <EGL/eglext.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -16,49 +14,6 @@
 
 namespace {
 
-[[noreturn]] void fail(const char *what)
-{
-    std::fprintf(stderr, "render_scenes: %s (EGL error 0x%04x)\n", what, eglGetError());
-    std::exit(1);
-}
-
-EGLDisplay openDisplay()
-{
-    const auto getPlatformDisplay =
-        reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(eglGetProcAddress("eglGetPlatformDisplayEXT"));
-    if (!getPlatformDisplay) fail("no eglGetPlatformDisplayEXT");
-    const EGLDisplay display = getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-    if (display == EGL_NO_DISPLAY || !eglInitialize(display, nullptr, nullptr)) fail("no surfaceless display");
-    return display;
-}
-
-EGLConfig chooseConfig(EGLDisplay display)
-{
-    const EGLint wanted[] = {EGL_SURFACE_TYPE,
-                             EGL_PBUFFER_BIT,
-                             EGL_RENDERABLE_TYPE,
-                             EGL_OPENGL_ES_BIT,
-                             EGL_RED_SIZE,
-                             8,
-                             EGL_GREEN_SIZE,
-                             8,
-                             EGL_BLUE_SIZE,
-                             8,
-                             EGL_ALPHA_SIZE,
-                             8,
-                             EGL_DEPTH_SIZE,
-                             24,
-                             EGL_STENCIL_SIZE,
-                             8,
-                             EGL_SAMPLES,
-                             0,
-                             EGL_NONE};
-    EGLConfig config = nullptr;
-    EGLint count = 0;
-    if (!eglChooseConfig(display, wanted, &config, 1, &count) || count < 1) fail("no ES 1 configuration with pbuffers");
-    return config;
-}
-
 // The picture of a scene, and the GL error that the scene leaves.
 Image drawScene(EGLDisplay display, EGLConfig config, const Scene &scene, GLenum &error)
 {
@@ -66,7 +21,7 @@ Image drawScene(EGLDisplay display, EGLConfig config, const Scene &scene, GLenum
     const EGLint version[] = {EGL_CONTEXT_CLIENT_VERSION, 1, EGL_NONE};
     const EGLSurface surface = eglCreatePbufferSurface(display, config, size);
     const EGLContext context = eglCreateContext(display, config, EGL_NO_CONTEXT, version);
-    if (!surface || !context || !eglMakeCurrent(display, surface, surface, context)) fail(scene.name.c_str());
+    if (!surface || !context || !eglMakeCurrent(display, surface, surface, context)) failEgl(scene.name.c_str());
 
     glClearColor(0, 0, 0, 0);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
@@ -95,10 +50,10 @@ int main(int argc, char **argv)
     const std::string &folder = arguments[0];
     const EGLDisplay display = openDisplay();
     const EGLConfig config = chooseConfig(display);
-    if (const char *missing = loadExtensions()) fail(missing);
+    if (const char *missing = loadExtensions()) failEgl(missing);
     // Scenes that leave an error, a line each.
     std::FILE *errors = std::fopen((folder + "/errors.txt").c_str(), "w");
-    if (!errors) fail("no errors.txt");
+    if (!errors) failEgl("no errors.txt");
     for (const Scene &scene : allScenes()) {
         const bool named = std::find(arguments.begin() + 1, arguments.end(), scene.name) != arguments.end();
         if ((arguments.size() > 1 && !named) || (compared && scene.native.instead)) continue;
