@@ -5,18 +5,10 @@
 
 #include <bit>
 #include <cstring>
-#include <limits>
-
-GLint truncateToInteger(GLfloat value)
-{
-    if (value >= 0x1p31f) return std::numeric_limits<GLint>::max();
-    if (value < -0x1p31f) return std::numeric_limits<GLint>::min();
-    return value == value ? static_cast<GLint>(value) : 0; // NaN differs from itself
-}
 
 GLfixed fixedFromFloat(GLfloat value)
 {
-    return truncateToInteger(value * 65536.0f);
+    return truncateToInt(value * 65536.0f);
 }
 
 namespace {
@@ -36,8 +28,8 @@ GLint toInteger(int32_t word, uint32_t kind)
     if (kind == QUERY_KIND_FIXED) return word >> 16;
     const auto value = std::bit_cast<GLfloat>(word);
     // OpenGL ES 1.1, 6.1.2: 1 maps to the largest integer, -1 to the smallest; here in single precision.
-    if (kind == QUERY_KIND_NORMALISED) return truncateToInteger((value * 4294967296.0f - 1.0f) * 0.5f);
-    return truncateToInteger(value);
+    if (kind == QUERY_KIND_NORMALISED) return truncateToInt((value * 4294967296.0f - 1.0f) * 0.5f);
+    return truncateToInt(value);
 }
 
 GLfloat toFloat(int32_t word, uint32_t kind)

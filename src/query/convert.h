@@ -6,7 +6,7 @@
 
 /// Natural type of a state value.
 enum QueryKind : uint32_t {
-    QUERY_KIND_INTEGER = 1,    // integers, enums, booleans as 0 and 1
+    QUERY_KIND_INTEGER = 1, // integers, enums, booleans as 0 and 1
     QUERY_KIND_FLOAT = 2,
     QUERY_KIND_FIXED = 3,      // s15.16
     QUERY_KIND_NORMALISED = 4, // colour-like floats
@@ -25,8 +25,5 @@ enum QueryOutput : uint32_t {
 /// docs/behaviour.md.
 void convertQueryValues(const void *values, uint32_t count, uint32_t kind, uint32_t output, void *out);
 
-/// Truncation toward zero; beyond the range of 32 bits the nearest limit; NaN gives 0.
-GLint truncateToInteger(GLfloat value);
-
-/// value x 65536, truncated as above.
+/// value x 65536, truncated toward zero and saturated.
 GLfixed fixedFromFloat(GLfloat value);

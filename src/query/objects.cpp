@@ -3,6 +3,7 @@
 // also answer in interface-only mode.
 #include "frontend/assert.h"
 #include "frontend/backend.h"
+#include "frontend/convert.h"
 #include "frontend/current.h"
 #include "frontend/error.h"
 #include "query/convert.h"
@@ -104,13 +105,13 @@ uint32_t getTexEnv(GLenum target, GLenum pname, GLint *out)
     switch (pname) {
     case GL_TEXTURE_ENV_COLOR:
         for (uint32_t i = 0; i < 4; ++i)
-            out[i] = truncateToInteger(env.color[i]);
+            out[i] = truncateToInt(env.color[i]);
         return 4;
     case GL_RGB_SCALE:
-        out[0] = truncateToInteger(env.scale[0]);
+        out[0] = truncateToInt(env.scale[0]);
         return 1;
     case GL_ALPHA_SCALE:
-        out[0] = truncateToInteger(env.scale[3]);
+        out[0] = truncateToInt(env.scale[3]);
         return 1;
     case GL_TEXTURE_ENV_MODE:
         value = env.mode;

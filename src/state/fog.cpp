@@ -4,7 +4,6 @@
 #include "frontend/current.h"
 #include "frontend/error.h"
 #include "state/fixed_vector.h"
-#include "state/truncate.h"
 
 namespace {
 

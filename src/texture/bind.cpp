@@ -2,9 +2,9 @@
 // Binding, deleting and parameters of textures (OpenGL ES 1.1, 3.7.4 and 3.7.13; GL_OES_draw_texture's crop rectangle).
 #include "frontend/assert.h"
 #include "frontend/backend.h"
+#include "frontend/convert.h"
 #include "frontend/current.h"
 #include "frontend/error.h"
-#include "state/truncate.h"
 #include "texture/objects.h"
 
 namespace {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Texture coordinate generation for cube maps (GL_OES_texture_cube_map).
+#include "frontend/convert.h"
 #include "frontend/current.h"
 #include "frontend/error.h"
-#include "state/truncate.h"
 
 GL_API void GL_APIENTRY glTexGenivOES(GLenum coord, GLenum pname, const GLint *params)
 {
