@@ -318,9 +318,10 @@ void changeTexture(RandomState &state, std::mt19937 &random)
     }
 }
 
+// Lighting and its modes, which show only together, in a third of the cases.
 void changeCapability(RandomState &state, std::mt19937 &random)
 {
-    const auto bit = static_cast<uint32_t>(random() % std::size(kCapabilities));
+    const auto bit = static_cast<uint32_t>(random() % 3 ? random() % std::size(kCapabilities) : random() % 4);
     state.capabilities ^= 1u << bit;
     setCapability(bit, state.capabilities >> bit & 1);
 }
@@ -446,6 +447,7 @@ RandomState startState()
         state.units[unit].texture = unit;
         state.units[unit].coordSize = 2;
     }
+    state.capabilities = 1u << 12; // GL_LIGHT0, for when there is lighting
     state.pointSize = 1;
     state.lineWidth = 1;
     state.paletteUnits = 1;

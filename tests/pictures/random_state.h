@@ -32,7 +32,7 @@ struct RandomUnit {
     uint32_t coordSize; // components: 2 to 4
 };
 
-/// Zero-filled, with the pool uploaded and bound, is the start. Numbers choose among variants, 0 the start value.
+/// Numbers choose among variants, 0 the start value.
 struct RandomState {
     uint32_t capabilities; // a bit per capability, lights included
     RandomUnit units[2];
@@ -54,7 +54,7 @@ struct RandomState {
 /// What a picture is drawn with.
 enum class RandomDraw : uint32_t { TRIANGLES, ELEMENTS, POINTS, LINES, DRAW_TEXTURE };
 
-/// The start: a pool of textures with one bound to each unit.
+/// The start: a pool of textures with one bound to each unit, and light 0 enabled.
 RandomState startState();
 
 /// Puts a fresh context into a state, with no call for what has its start value.

@@ -126,24 +126,32 @@ void switchesOneByOne(Stage &stage)
     }
 }
 
-// On, off and on again, with and without draws between, must not leave anything behind.
+// On, off and on again beside none or all of the others, with and without draws between, must not leave anything
+// behind.
 void switchesBackAndForth(Stage &stage)
 {
-    newContext(stage);
-    prepareAll();
-    for (const GLenum capability : kSwitches) {
-        glEnable(capability);
-        drawAllKinds();
-        glDisable(capability);
-        compare(stage, "off again", drawAllKinds, prepareAll);
-        glEnable(capability);
-        glDisable(capability);
-        glEnable(capability);
-        compare(stage, "on again", drawAllKinds, [capability] {
+    for (const bool others : {false, true}) {
+        newContext(stage);
+        const auto prepare = [others](GLenum except) {
             prepareAll();
+            for (const GLenum capability : kSwitches)
+                if (others && capability != except) glEnable(capability);
+        };
+        prepare(0);
+        for (const GLenum capability : kSwitches) {
             glEnable(capability);
-        });
-        glDisable(capability);
+            drawAllKinds();
+            glDisable(capability);
+            compare(stage, "off again", drawAllKinds, [&] { prepare(capability); });
+            glEnable(capability);
+            glDisable(capability);
+            glEnable(capability);
+            compare(stage, "on again", drawAllKinds, [&] {
+                prepare(capability);
+                glEnable(capability);
+            });
+            (others ? glEnable : glDisable)(capability);
+        }
     }
 }
 
@@ -185,6 +193,6 @@ std::vector<Sequence> orderSequences()
 {
     return {{"OrdersOfTextureCalls", 24, ordersOfTextureCalls},
             {"SwitchesOneByOne", kSteps, switchesOneByOne},
-            {"SwitchesBackAndForth", 16, switchesBackAndForth},
+            {"SwitchesBackAndForth", 32, switchesBackAndForth},
             {"LightsComeAndGo", 16, lightsComeAndGo}};
 }
