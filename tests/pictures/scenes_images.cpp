@@ -202,12 +202,30 @@ void notPowerOfTwo()
     if (glGetError() == GL_INVALID_VALUE) drawRectangle(-1, -1, 1, 1);
 }
 
-// A texture without the levels its filter wants is no texture: the standard then disables the unit, the driver gives
-// black. Once the levels are there it is used.
+// An enabled unit with nothing but the default texture leaves the colour alone.
+void noTexture()
+{
+    glEnable(GL_TEXTURE_2D);
+    glColor4f(0.2f, 0.4f, 0.6f, 0.8f);
+    drawRectangle(-1, -1, 1, 1);
+}
+
+// A texture without the levels that its filter wants is black; the standard disables its unit.
+void withoutLevels()
+{
+    bindNew(GL_NEAREST_MIPMAP_NEAREST);
+    setEnv(GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    image(0, 2, kRed, kRed);
+    glColor4f(0.2f, 0.4f, 0.6f, 0.8f);
+    drawRectangle(-1, -1, 1, 1);
+}
+
+// Once the levels are there it is used.
 void completedLater()
 {
     bindNew(GL_NEAREST_MIPMAP_NEAREST);
     image(0, 2, kRed, kRed);
+    drawRectangle(-1, -1, 1, 1);
     image(1, 1, kGreen, kGreen);
     drawLevelTexel({-1, -1, 1, 1}, 2, 1, 0, 0);
 }
@@ -241,6 +259,11 @@ std::vector<Scene> imageScenes()
          notPowerOfTwo,
          {probeOf(64, 64, kGreen, "an error, and the image all the same")},
          {.instead = "sizes that are no powers of two give an error and the image, see docs/behaviour.md"}},
+        {"NoTexture", noTexture, {probeOf(64, 64, {0.2, 0.4, 0.6, 0.8}, "the current colour")}},
+        {"TextureWithoutLevels",
+         withoutLevels,
+         {probeOf(64, 64, {0, 0, 0, 0.8}, "black, opaque texels")},
+         {.instead = "incomplete textures are black, see docs/behaviour.md"}},
         {"CompletedLater", completedLater, {probeOf(64, 64, kGreen, "level 1")}},
     };
 }
