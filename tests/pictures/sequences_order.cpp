@@ -81,7 +81,7 @@ void prepareAll()
     glFogf(GL_FOG_MODE, GL_LINEAR);
     glFogf(GL_FOG_START, -1);
     glFogfv(GL_FOG_COLOR, fog);
-    glAlphaFunc(GL_LESS, 0.6f);
+    glAlphaFunc(GL_GREATER, 0.6f);
     glNormal3f(0, 0.6f, 0.8f);
     glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 4);
     quartersTexture();
@@ -96,8 +96,10 @@ constexpr GLenum kSwitches[] = {GL_LIGHTING,   GL_LIGHT0,     GL_COLOR_MATERIAL,
 void drawAllKinds()
 {
     static const GLfloat line[] = {-0.9f, 0.85f, 0.9f, 0.7f};
-    glColor4f(0.9f, 0.7f, 0.3f, 0.5f);
-    drawRectangle(-0.9f, -0.9f, 0.9f, 0.5f, 0.25f);
+    glColor4f(0.9f, 0.7f, 0.3f, 0.5f); // the alpha test drops this
+    drawRectangle(-0.9f, -0.9f, 0.9f, 0.1f, 0.25f);
+    glColor4f(0.3f, 0.7f, 0.9f, 0.8f);
+    drawRectangle(-0.9f, 0.15f, 0.9f, 0.6f, 0.25f);
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(2, GL_FLOAT, 0, line);
     glDrawArrays(GL_LINES, 0, 2);
