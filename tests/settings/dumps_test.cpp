@@ -4,8 +4,8 @@
 #include "frontend/backend.h"
 #include "frontend/client_api.h"
 #include "settings/panel_settings.h"
-#include "settings/working_directory.h"
 #include "state/state_test.h"
+#include "support/working_directory.h"
 
 #include <regex>
 #include <sstream>

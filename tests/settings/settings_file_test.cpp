@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "settings/panel_settings.h"
 #include "settings/settings_file.h"
-#include "settings/working_directory.h"
 #include "support/fake_platform.h"
+#include "support/working_directory.h"
 
 #include <gtest/gtest.h>
 

@@ -4,8 +4,8 @@
 #include "frontend/backend.h"
 #include "frontend/current.h"
 #include "settings/panel_settings.h"
-#include "settings/working_directory.h"
 #include "support/fake_backend.h"
+#include "support/working_directory.h"
 
 #include <gtest/gtest.h>
 

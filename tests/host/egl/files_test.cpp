@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
 // The files of the drop-in pair: what it exports, which files it finds, and what it says when one is missing.
+#include "support/working_directory.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -46,20 +48,6 @@ int countOf(const std::string &text, const std::string &part)
         count++;
     return count;
 }
-
-// A fresh folder that goes with the test.
-struct TemporaryFolder {
-    fs::path path;
-    TemporaryFolder()
-    {
-        std::string pattern = fs::temp_directory_path() / "trl20-egl-XXXXXX";
-        path = mkdtemp(pattern.data());
-    }
-    ~TemporaryFolder()
-    {
-        fs::remove_all(path);
-    }
-};
 
 TEST(DropInFiles, ExportsTheFunctionsOfEglAndNothingElse)
 {

@@ -3,6 +3,7 @@
 
 #include "frontend/backend.h"
 #include "shadergen/pipeline/pipeline_test.h"
+#include "support/working_directory.h"
 
 #include <filesystem>
 #include <fstream>
@@ -42,20 +43,11 @@ class ProgramLog : public PipelineTest {
 protected:
     ProgramLog()
     {
-        std::string path = (fs::temp_directory_path() / "program_log_XXXXXX").string();
-        directory = mkdtemp(path.data());
-        before = fs::current_path();
-        fs::current_path(directory);
         backendLogs.clear();
         reportedExtra = 1;
         roomGiven.clear();
         order.clear();
         useAnswers();
-    }
-    ~ProgramLog() override
-    {
-        fs::current_path(before);
-        fs::remove_all(directory);
     }
     static void useAnswers()
     {
@@ -77,8 +69,7 @@ protected:
         return static_cast<size_t>(std::distance(fs::directory_iterator("."), fs::directory_iterator()));
     }
 
-    fs::path directory;
-    fs::path before;
+    WorkingDirectory directory;
 };
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// A fresh current directory for tests of code that reads and writes files there.
+// Fresh folders for tests of code that reads and writes files.
 #pragma once
 
 #include <filesystem>
@@ -10,25 +10,40 @@
 
 #include <stdlib.h>
 
-/// An empty temporary directory that is the current one while this lives, and is removed with it.
+/// An empty folder that goes with its owner.
+struct TemporaryFolder {
+    TemporaryFolder()
+    {
+        // mkdtemp replaces the six letters.
+        std::string pattern = (std::filesystem::temp_directory_path() / "trl20_test.XXXXXX").string();
+        if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
+        path = pattern;
+    }
+    ~TemporaryFolder()
+    {
+        std::filesystem::remove_all(path);
+    }
+    TemporaryFolder(const TemporaryFolder &) = delete;
+    TemporaryFolder &operator=(const TemporaryFolder &) = delete;
+
+    std::filesystem::path path;
+};
+
+/// An empty folder that is the current one while this lives.
 struct WorkingDirectory {
     WorkingDirectory() : before(std::filesystem::current_path())
     {
-        std::string pattern = (std::filesystem::temp_directory_path() / "trl20_test.XXXXXX").string();
-        if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary directory");
-        path = pattern;
-        std::filesystem::current_path(path);
+        std::filesystem::current_path(folder.path);
     }
     ~WorkingDirectory()
     {
         std::filesystem::current_path(before);
-        std::filesystem::remove_all(path);
     }
     WorkingDirectory(const WorkingDirectory &) = delete;
     WorkingDirectory &operator=(const WorkingDirectory &) = delete;
 
+    TemporaryFolder folder;
     std::filesystem::path before;
-    std::filesystem::path path;
 };
 
 inline void writeFile(const std::string &name, const std::string &text)
