@@ -48,7 +48,7 @@ uint32_t trackedBit(GLenum capability)
 // OpenGL ES starts with dithering and multisampling on.
 void initCapabilities(Context *context)
 {
-    context->capabilities = {.driver = DRIVER_DITHER, .tracked = TRACKED_MULTISAMPLE, .logicOp = GL_COPY_LOGIC_OP};
+    context->capabilities = {.driver = DRIVER_DITHER, .tracked = TRACKED_MULTISAMPLE, .logicOp = GL_COPY};
 }
 
 static void setCapability(GLenum capability, bool enabled)
@@ -91,7 +91,7 @@ GLboolean GL_APIENTRY glIsEnabled(GLenum capability)
 void GL_APIENTRY glLogicOpQRN(GLenum opcode)
 {
     if (!currentContext) return;
-    if (opcode < GL_CLEAR_LOGIC_OP || opcode > GL_SET_LOGIC_OP) return raiseError(GL_INVALID_ENUM);
+    if (opcode < GL_CLEAR || opcode > GL_SET) return raiseError(GL_INVALID_ENUM);
     currentContext->capabilities.logicOp = opcode;
 }
 

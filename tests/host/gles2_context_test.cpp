@@ -184,13 +184,13 @@ TEST_F(BackendTest, LogicOperationsAreKept)
 {
     GLint mode = 0;
     gl.glGetIntegerv(GL_LOGIC_OP_MODE, &mode);
-    EXPECT_EQ(mode, static_cast<GLint>(GL_COPY_LOGIC_OP));
-    gl.glLogicOpQRN(GL_SET_LOGIC_OP);
+    EXPECT_EQ(mode, static_cast<GLint>(GL_COPY));
+    gl.glLogicOpQRN(GL_SET);
     gl.glGetIntegerv(GL_LOGIC_OP_MODE, &mode);
-    EXPECT_EQ(mode, static_cast<GLint>(GL_SET_LOGIC_OP));
-    gl.glLogicOpQRN(GL_SET_LOGIC_OP + 1);
+    EXPECT_EQ(mode, static_cast<GLint>(GL_SET));
+    gl.glLogicOpQRN(GL_SET + 1);
     EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_ENUM));
-    gl.glLogicOpQRN(GL_CLEAR_LOGIC_OP - 1);
+    gl.glLogicOpQRN(GL_CLEAR - 1);
     EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_ENUM));
 }
 
