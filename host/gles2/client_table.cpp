@@ -4,6 +4,8 @@
 #include "create_info.h"
 #include "programs.h"
 
+#include "client_api_table.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -14,30 +16,6 @@
 #ifndef EGL_NO_CONFIG_KHR
 #define EGL_NO_CONFIG_KHR static_cast<EGLConfig>(nullptr)
 #endif
-
-// The order of the slots is the interface.
-struct ClientTable {
-    void *(*createContext)(void *shareContext, void *config, const void *attributes, uint32_t tlsIndex, void *extra);
-    int (*destroyContext)(void *context);
-    int (*setBuffers)(void *context, void *drawSurface, void *readSurface);
-    void *(*checkValidity)(void *x);
-    void *(*selectContext)(void *x);
-    void (*flush)(void);
-    void (*finish)(void);
-    void (*getIntegerv)(GLenum pname, GLint *params);
-    void (*scissor)(GLint x, GLint y, GLsizei width, GLsizei height);
-    void (*viewport)(GLint x, GLint y, GLsizei width, GLsizei height);
-    void *(*setSurfaceTexture)(void *context, void *, void *, void *, void *, void *, void *);
-    void *(*releaseSurfaceTexture)(void *x);
-    int (*isSurfaceTextureReleased)(void *x);
-    int (*getMaxDisplayDimension)(void *x);
-    void *(*getProcAddress)(const char *name);
-    int (*swapBuffer)(void *context, void *display, void *surface);
-    int (*createClientSurface)(void *, void *surface);
-    int (*destroyClientSurface)(void *surface);
-    int (*queryClientCapability)(void *, void *);
-};
-static_assert(sizeof(ClientTable) == 19 * sizeof(void *));
 
 // Calls of the machine's EGL that depend on the thread's current client API put the caller's back afterwards.
 static EGLenum bindOpenGlEs()
@@ -255,7 +233,7 @@ static int maxDisplayDimension(void *)
     return size;
 }
 
-static constexpr ClientTable kClientTable = {
+static constexpr ClientAPIFunctions kClientTable = {
     .createContext = createContext,
     .destroyContext = destroyContext,
     .setBuffers = setBuffers,
@@ -282,7 +260,7 @@ void ogl2GetClientAPIFunctions(void *table)
 {
     if (!table) return;
     if (loadDriver())
-        *static_cast<ClientTable *>(table) = kClientTable;
+        *static_cast<ClientAPIFunctions *>(table) = kClientTable;
     else
-        static_cast<ClientTable *>(table)->createContext = nullptr;
+        static_cast<ClientAPIFunctions *>(table)->createContext = nullptr;
 }
