@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Says which driver the backend finds on this machine, what it can do, and what is emulated over it and how.
 #include "driver.h"
+#include "driver_abilities.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -8,13 +9,6 @@
 #include <string>
 
 namespace {
-
-// What of the driver decides how something is emulated.
-struct Abilities {
-    std::string vendor, renderer, version, extensions;
-    double language; // of shaders: 1.00, 3.00, 3.20 ...
-    bool fragmentHighp;
-};
 
 struct Row {
     const char *ability;
@@ -26,6 +20,11 @@ struct Row {
 const char *orEmpty(const void *text)
 {
     return text ? static_cast<const char *>(text) : "";
+}
+
+const char *driverText(GLenum name)
+{
+    return orEmpty(driver.glGetString(name));
 }
 
 void advise(const char *problem)
@@ -75,45 +74,30 @@ bool makeCurrent(EGLDisplay display, EGLContext context, EGLConfig config)
     return machineEgl.eglMakeCurrent(display, surface, surface, context);
 }
 
-Abilities readAbilities()
+void printAbilities()
 {
-    // "OpenGL ES GLSL ES 3.20 ..."
-    const char *language = orEmpty(driver.glGetString(GL_SHADING_LANGUAGE_VERSION));
-    const char *number = strpbrk(language, "123456789");
-    GLint range[2] = {}, precision = 0;
-    driver.glGetShaderPrecisionFormat(GL_FRAGMENT_SHADER, GL_HIGH_FLOAT, range, &precision);
-    return {.vendor = orEmpty(driver.glGetString(GL_VENDOR)),
-            .renderer = orEmpty(driver.glGetString(GL_RENDERER)),
-            .version = orEmpty(driver.glGetString(GL_VERSION)),
-            .extensions = orEmpty(driver.glGetString(GL_EXTENSIONS)),
-            .language = number ? strtod(number, nullptr) : 1.0,
-            .fragmentHighp = range[1] > 0};
-}
-
-void printAbilities(const Abilities &abilities)
-{
-    const auto has = [&](const char *name) { return hasExtension(abilities.extensions.c_str(), name); };
-    const bool geometry =
-        abilities.language > 3.19 ||
-        (abilities.language > 3.09 && (has("GL_EXT_geometry_shader") || has("GL_OES_geometry_shader")));
+    const DriverAbilities abilities = readDriverAbilities();
+    const char *extensions = driverText(GL_EXTENSIONS);
+    const auto has = [&](const char *name) { return hasExtension(extensions, name); };
+    const bool geometry = abilities.geometryEssl320 || !abilities.geometryExtensionEssl310.empty();
     const bool external = has("GL_OES_EGL_image_external");
     const Row rows[] = {
         {"highp in fragment shaders", abilities.fragmentHighp, "fragments are computed in full precision",
          "fragments are computed in mediump: less exact colours, texture coordinates and fog"},
-        {"ES 3 shaders", abilities.language > 2.99, "flat shading uses flat outputs of ESSL 3.00",
+        {"ES 3 shaders", abilities.essl300, "flat shading uses flat outputs of ESSL 3.00",
          "flat shading is drawn smooth, and says so once"},
         {"geometry shaders", geometry, "smooth lines become rectangles with soft edges",
          "smooth lines are drawn without their soft edge"},
         {"external images", external, "textures from EGL images of video frames work",
          "textures from EGL images of video frames are refused"},
-        {"external images in ES 3 shaders", has("GL_OES_EGL_image_external_essl3"),
-         "also with flat shading and smooth lines", "flat shading and smooth lines fall back when one is bound"},
+        {"external images in ES 3 shaders", abilities.externalImageEssl300, "also with flat shading and smooth lines",
+         "flat shading and smooth lines fall back when one is bound"},
         {"ETC1 textures", has("GL_OES_compressed_ETC1_RGB8_texture"), "handed to the driver", "refused"},
         {"framebuffer fetch", has("GL_EXT_shader_framebuffer_fetch"),
          "not used: logic operations are accepted and have no effect",
          "logic operations are accepted and have no effect"},
-        {"performance monitors", has("GL_AMD_performance_monitor"), "not used: the monitor calls raise GL_INVALID_OPERATION",
-         "the monitor calls raise GL_INVALID_OPERATION"},
+        {"performance monitors", has("GL_AMD_performance_monitor"),
+         "not used: the monitor calls raise GL_INVALID_OPERATION", "the monitor calls raise GL_INVALID_OPERATION"},
     };
     for (const Row &row : rows)
         printf("  %-32s %-4s %s\n", row.ability, row.present ? "yes" : "no",
@@ -157,21 +141,20 @@ int main(int argc, char **argv)
         advise("EGL is there, but it makes no OpenGL ES 2.0 context.");
         return 1;
     }
-    const Abilities abilities = readAbilities();
     if (brief) {
-        printf("driver: %s, %s\n", abilities.renderer.c_str(), abilities.version.c_str());
+        printf("driver: %s, %s\n", driverText(GL_RENDERER), driverText(GL_VERSION));
         return 0;
     }
     EGLConfig es1Config = nullptr;
     const bool ownEs1 = createContext(display, EGL_OPENGL_ES_BIT, 1, es1Config) != EGL_NO_CONTEXT;
     printf("EGL         %s, %s, opened on the %s platform\n", orEmpty(machineEgl.eglQueryString(display, EGL_VENDOR)),
            orEmpty(machineEgl.eglQueryString(display, EGL_VERSION)), platform);
-    printf("driver      %s\nrenderer    %s\nversion     %s\n", abilities.vendor.c_str(), abilities.renderer.c_str(),
-           abilities.version.c_str());
+    printf("driver      %s\nrenderer    %s\nversion     %s\n", driverText(GL_VENDOR), driverText(GL_RENDERER),
+           driverText(GL_VERSION));
     printf("own ES 1.1  %s\n", ownEs1 ? "yes: the demos and the picture tests compare with it; it is not used otherwise"
                                       : "no: the demos and the picture tests have nothing to compare with");
     printf("\nWhat the driver can do, and what becomes of it:\n");
-    printAbilities(abilities);
+    printAbilities();
     printAlways();
     return 0;
 }

@@ -2,6 +2,7 @@
 // The nineteen functions through which contexts are made, made current and destroyed.
 #include "context.h"
 #include "create_info.h"
+#include "driver_abilities.h"
 #include "programs.h"
 
 #include "client_api_table.h"
@@ -121,31 +122,6 @@ static int destroyContext(void *given)
     return destroyed == EGL_TRUE;
 }
 
-static DriverAbilities readAbilities()
-{
-    const char *extensions = reinterpret_cast<const char *>(driver.glGetString(GL_EXTENSIONS));
-    const char *language = reinterpret_cast<const char *>(driver.glGetString(GL_SHADING_LANGUAGE_VERSION));
-    // "OpenGL ES GLSL ES 3.20 ..."
-    constexpr std::string_view prefix = "OpenGL ES GLSL ES ";
-    double version = 1.0;
-    if (language && std::string_view(language).starts_with(prefix)) version = strtod(language + prefix.size(), nullptr);
-
-    GLint range[2] = {};
-    GLint precision = 0;
-    driver.glGetShaderPrecisionFormat(GL_FRAGMENT_SHADER, GL_HIGH_FLOAT, range, &precision);
-    DriverAbilities abilities;
-    abilities.fragmentHighp = range[1] > 0;
-    abilities.essl300 = version > 2.99;
-    abilities.externalImageEssl300 = hasExtension(extensions, "GL_OES_EGL_image_external_essl3");
-    abilities.geometryEssl320 = version > 3.19;
-    if (version > 3.09) {
-        for (const char *name : {"GL_EXT_geometry_shader", "GL_OES_geometry_shader"}) {
-            if (hasExtension(extensions, name)) abilities.geometryExtensionEssl310 = name;
-        }
-    }
-    return abilities;
-}
-
 static void prepareContext(Context *context)
 {
     if (context->prepared) return;
@@ -153,7 +129,7 @@ static void prepareContext(Context *context)
     driver.glGetIntegerv(GL_VIEWPORT, context->viewport);
     const std::lock_guard<std::mutex> guard(context->group->lock);
     if (context->group->abilitiesKnown) return;
-    context->group->abilities = readAbilities();
+    context->group->abilities = readDriverAbilities();
     context->group->abilitiesKnown = true;
 }
 
