@@ -14,7 +14,7 @@ constexpr int32_t kDegreesPerRadian = 3754936; // 180 / pi
 constexpr int32_t kTan15 = 17560;
 constexpr int32_t kTan30 = 37837;
 constexpr int32_t kRightAngle = 0x5A0000;  // 90.0
-constexpr int32_t kThirtyDegrees = 34314;  // pi / 6; one less than the nearest value, as results are specified
+constexpr int32_t kThirtyDegrees = 34314;  // pi / 6; one less than the nearest value, kept so that results stay
 constexpr int32_t kNinetyDegrees = 102943; // pi / 2; one less than the nearest value, likewise
 
 // Half of y * (3 - x * y * y): one Newton step toward 1 / sqrt(x).

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Constant tables of the mathematics functions. Two entries deviate from their rule on purpose: results are specified
+// Constant tables of the mathematics functions. Two entries deviate from their rule on purpose: results stay the same
 // with them.
 #pragma once
 
