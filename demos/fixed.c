@@ -2,6 +2,7 @@
 // A carousel of faceted solids without one floating-point number: every value that GL receives is fixed-point.
 #include "frame.h"
 
+#include <stddef.h>
 #include <stdint.h>
 
 enum { WEDGES = 24, SEATS = 8, MAX_FACES = 20, WEDGE_DEGREES = 360 / WEDGES };
@@ -83,7 +84,7 @@ static GLfixed swing(GLfixed phase)
     return phase & 0x8000 ? -bow : bow;
 }
 
-static void start(void)
+static const char *start(void)
 {
     for (unsigned s = 0; s < sizeof solids / sizeof *solids; ++s) {
         struct Solid *solid = &solids[s];
@@ -106,6 +107,7 @@ static void start(void)
                 corner[i / 3].normal[i % 3] = (GLfixed)((int64_t)cross[i % 3] * FX(1) / squareRoot(squared));
         }
     }
+    return NULL;
 }
 
 static void drawSolid(const struct Solid *solid)

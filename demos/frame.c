@@ -43,15 +43,25 @@ static int failEgl(const struct Demo *demo, const char *call)
     return 0;
 }
 
+static int posterWidth(const struct Demo *demo)
+{
+    return demo->posterWidth ? demo->posterWidth : 480;
+}
+
+static int posterHeight(const struct Demo *demo)
+{
+    return demo->posterHeight ? demo->posterHeight : 360;
+}
+
 static void printUsage(const struct Demo *demo)
 {
     printf("usage: %s [--png FILE] [--size WxH] [--time SECONDS] [--frames N] [--window]\n"
            "  --png FILE      write the last frame as a picture\n"
-           "  --size WxH      pixels, 480x360 when not given\n"
+           "  --size WxH      pixels, %dx%d when not given\n"
            "  --time SECONDS  time of the first frame, %g when not given\n"
            "  --frames N      frames to draw, 1/60 s apart: 1 when not given, in a window until it is closed\n"
            "  --window        draw in a window instead of off the screen\n",
-           demo->name, demo->posterMilliseconds / 1000.0);
+           demo->name, posterWidth(demo), posterHeight(demo), demo->posterMilliseconds / 1000.0);
 }
 
 // Returns 0 for an unknown option or an argument out of range.
@@ -227,13 +237,23 @@ static int drawFrames(const struct Demo *demo, struct Screen *screen, const stru
     return 1;
 }
 
+Function findFunction(const char *extension, const char *name)
+{
+    const size_t length = strlen(extension);
+    const char *list = (const char *)glGetString(GL_EXTENSIONS);
+    for (const char *at = list; at && (at = strstr(at, extension)); at += length)
+        if ((at == list || at[-1] == ' ') && (at[length] == ' ' || !at[length])) return eglGetProcAddress(name);
+    return NULL;
+}
+
 int runDemo(const struct Demo *demo, int argc, char **argv)
 {
     if (argc == 2 && strcmp(argv[1], "--help") == 0) {
         printUsage(demo);
         return 0;
     }
-    struct Options options = {.width = 480, .height = 360, .milliseconds = demo->posterMilliseconds};
+    struct Options options = {
+        .width = posterWidth(demo), .height = posterHeight(demo), .milliseconds = demo->posterMilliseconds};
     if (!readOptions(&options, argc, argv)) {
         fprintf(stderr, "%s: these options make no sense; --help lists them\n", demo->name);
         return 2;
@@ -241,8 +261,8 @@ int runDemo(const struct Demo *demo, int argc, char **argv)
     struct Screen screen = {.display = EGL_NO_DISPLAY};
     int ok = openScreen(demo, &screen, &options);
     if (ok) {
-        demo->start();
-        ok = drawFrames(demo, &screen, &options);
+        const char *obstacle = demo->start();
+        ok = obstacle ? fail(demo, obstacle) : drawFrames(demo, &screen, &options);
     }
     closeScreen(&screen);
     return ok ? 0 : 1;

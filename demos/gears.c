@@ -127,7 +127,7 @@ static void addTeeth(struct Vertex **end, const struct Gear *gear, GLfloat root,
     }
 }
 
-static void start(void)
+static const char *start(void)
 {
     for (int i = 0; i < GEARS; ++i) {
         struct Gear *gear = &gears[i];
@@ -150,6 +150,7 @@ static void start(void)
         glBufferData(GL_ARRAY_BUFFER, (end - begin) * (GLsizeiptr)sizeof *begin, begin, GL_STATIC_DRAW);
     }
     glClearColor(0.13f, 0.16f, 0.21f, 1.0f);
+    return NULL;
 }
 
 // Where a tooth of the driver points at this gear, a gap of this gear points back.
