@@ -184,11 +184,8 @@ static void *ownFunction(std::string_view name)
 #define FORWARDED(function, result, parameters, arguments, need) {#function, reinterpret_cast<void *>(function)},
 #define WRAPPED(function, result, parameters, need) {#function, reinterpret_cast<void *>(function)},
 #include "driver_functions.def"
-        {"glReleaseShaderCompilerOES", reinterpret_cast<void *>(glReleaseShaderCompilerOES)},
-        {"glGetFixedvQRN", reinterpret_cast<void *>(glGetFixedvQRN)},
-        {"glLogicOpQRN", reinterpret_cast<void *>(glLogicOpQRN)},
-        {"glGetBufferPointervZEK", reinterpret_cast<void *>(glGetBufferPointervZEK)},
-        {"glGetTexLevelParameterivQRN", reinterpret_cast<void *>(glGetTexLevelParameterivQRN)},
+#define VENDOR(function) {#function, reinterpret_cast<void *>(function)},
+#include "vendor_functions.def"
     };
     const auto found = std::find_if(std::begin(functions), std::end(functions),
                                     [&](const NamedFunction &f) { return f.name == name; });

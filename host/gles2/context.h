@@ -4,6 +4,7 @@
 #pragma once
 
 #include "driver.h"
+#include "object_names.h"
 #include "program_objects.h"
 
 #include <atomic>
@@ -54,6 +55,10 @@ struct Context {
     BufferState buffers;
     AttributeState attributes;
     CapabilityState capabilities;
+    SeenNames seenTextures;
+    SeenNames seenBuffers;
+    SeenNames seenRenderbuffers;
+    std::set<GLuint> framebuffers; // names bound here
     ProgramObject *programObject; // in use; null when none
     LinkedProgram *program;       // what the driver runs for it
     GLfloat lineWidth;            // pixels

@@ -30,3 +30,8 @@ DriverAbilities readDriverAbilities()
     }
     return abilities;
 }
+
+bool driverHas(const char *extension)
+{
+    return hasExtension(reinterpret_cast<const char *>(driver.glGetString(GL_EXTENSIONS)), extension);
+}

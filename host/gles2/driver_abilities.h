@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// What the driver's shader compiler can do.
+// What the driver can do.
 #pragma once
 
 #include "translator.h"
 
 /// Asks the driver; a context must be current.
 DriverAbilities readDriverAbilities();
+
+/// True when the driver has this extension. A context must be current.
+bool driverHas(const char *extension);

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "gl_api.h"
+#include "object_names.h"
 #include "translator.h"
 
 #include <atomic>
@@ -104,6 +105,7 @@ struct ShareGroup {
     std::unordered_map<GLuint, ShaderObject *> shaders;
     std::unordered_map<GLuint, ProgramObject *> programs;
     ProgramKeeper keeper;
+    SharedNames names; // of the other objects; has a lock of its own
     bool abilitiesKnown;
     DriverAbilities abilities;
     std::atomic<uint32_t> buffersDeleted; // counts calls that deleted buffers, in any context of the group

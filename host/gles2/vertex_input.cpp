@@ -50,9 +50,17 @@ void syncArrayBuffer(Context *context)
     buffers.driverArray = buffers.array;
 }
 
-// The first bind of a name makes its buffer, which other contexts and queries can see.
-[[gnu::noinline]] static void bindNewArrayBuffer(BufferState &buffers, GLuint buffer)
+static void noteBuffer(Context *context, GLuint buffer)
 {
+    if (!context->seenBuffers.has(buffer))
+        noteName(context->group->names, &SharedNames::buffers, context->seenBuffers, buffer);
+}
+
+// The first bind of a name makes its buffer, which other contexts and queries can see.
+[[gnu::noinline]] static void bindNewArrayBuffer(Context *context, GLuint buffer)
+{
+    BufferState &buffers = context->buffers;
+    noteBuffer(context, buffer);
     buffers.seen[buffer % kSeenBufferCount] = buffer;
     buffers.driverArray = buffer;
     driver.glBindBuffer(GL_ARRAY_BUFFER, buffer);
@@ -61,6 +69,7 @@ void syncArrayBuffer(Context *context)
 [[gnu::noinline]] static void bindOtherBuffer(Context *context, GLenum target, GLuint buffer)
 {
     noticeDeletions(context);
+    noteBuffer(context, buffer);
     BufferState &buffers = context->buffers;
     if (target == GL_ELEMENT_ARRAY_BUFFER) {
         if (buffers.element == buffer) return;
@@ -78,7 +87,7 @@ void GL_APIENTRY glBindBuffer(GLenum target, GLuint buffer)
     if (target != GL_ARRAY_BUFFER) return bindOtherBuffer(context, target, buffer);
     BufferState &buffers = context->buffers;
     buffers.array = buffer;
-    if (buffer != 0 && buffers.seen[buffer % kSeenBufferCount] != buffer) bindNewArrayBuffer(buffers, buffer);
+    if (buffer != 0 && buffers.seen[buffer % kSeenBufferCount] != buffer) bindNewArrayBuffer(context, buffer);
 }
 
 // A deleted buffer's bindings in this context go back to 0, here as in the driver.

@@ -20,10 +20,8 @@ static void loadBackend(Backend &loaded)
     loaded.driver.name = reinterpret_cast<decltype(loaded.gl.name)>(dlsym(gles2, #name));
 #define FORWARDED(name, result, parameters, arguments, need) WRAPPED(name, result, parameters, need)
 #include "host/gles2/driver_functions.def"
-    loaded.gl.glGetFixedvQRN = reinterpret_cast<decltype(&glGetFixedvQRN)>(dlsym(loaded.module, "glGetFixedvQRN"));
-    loaded.gl.glLogicOpQRN = reinterpret_cast<decltype(&glLogicOpQRN)>(dlsym(loaded.module, "glLogicOpQRN"));
-    loaded.gl.glGetTexLevelParameterivQRN =
-        reinterpret_cast<decltype(&glGetTexLevelParameterivQRN)>(dlsym(loaded.module, "glGetTexLevelParameterivQRN"));
+#define VENDOR(name) loaded.gl.name = reinterpret_cast<decltype(loaded.gl.name)>(dlsym(loaded.module, #name));
+#include "host/gles2/vendor_functions.def"
     const auto fill =
         reinterpret_cast<decltype(&ogl2GetClientAPIFunctions)>(dlsym(loaded.module, "ogl2GetClientAPIFunctions"));
     fill(&loaded.table);

@@ -15,9 +15,8 @@ struct BackendFunctions {
 #define FORWARDED(name, result, parameters, arguments, need) result(GL_APIENTRY *name) parameters;
 #define WRAPPED(name, result, parameters, need) result(GL_APIENTRY *name) parameters;
 #include "host/gles2/driver_functions.def"
-    decltype(&::glGetFixedvQRN) glGetFixedvQRN;
-    decltype(&::glLogicOpQRN) glLogicOpQRN;
-    decltype(&::glGetTexLevelParameterivQRN) glGetTexLevelParameterivQRN;
+#define VENDOR(name) decltype(&::name) name;
+#include "host/gles2/vendor_functions.def"
 };
 
 /// The client-API table, as far as tests use it.

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+// Binds that make objects, and the listings of them.
+#include "object_names.h"
+
+#include "context.h"
+
+#include "vertex_input.h"
+
+[[gnu::noinline]] void noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name)
+{
+    seen.names[name % SeenNames::kCount] = name;
+    const std::lock_guard<std::mutex> guard(shared.lock);
+    (shared.*set).insert(name);
+}
+
+void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
+{
+    Context *context = currentContext;
+    if (context && !context->seenTextures.has(texture)) [[unlikely]]
+        noteName(context->group->names, &SharedNames::textures, context->seenTextures, texture);
+    driver.glBindTexture(target, texture);
+}
+
+void GL_APIENTRY glBindRenderbuffer(GLenum target, GLuint renderbuffer)
+{
+    Context *context = currentContext;
+    if (context && !context->seenRenderbuffers.has(renderbuffer)) [[unlikely]]
+        noteName(context->group->names, &SharedNames::renderbuffers, context->seenRenderbuffers, renderbuffer);
+    driver.glBindRenderbuffer(target, renderbuffer);
+}
+
+// Framebuffers are not shared.
+void GL_APIENTRY glBindFramebuffer(GLenum target, GLuint framebuffer)
+{
+    Context *context = currentContext;
+    if (context && framebuffer != 0) context->framebuffers.insert(framebuffer);
+    driver.glBindFramebuffer(target, framebuffer);
+}
+
+// Writes the names that isObject holds for: at most `room` of them, and how many there are.
+template <typename Names, typename IsObject>
+static void list(const Names &names, IsObject isObject, GLuint *out, GLint room, GLint *count)
+{
+    if (room < 0) return raiseError(GL_INVALID_VALUE);
+    GLint found = 0;
+    for (const GLuint name : names) {
+        if (!isObject(name)) continue;
+        if (out && found < room) out[found] = name;
+        ++found;
+    }
+    if (count) *count = found;
+}
+
+static void listShared(std::set<GLuint> SharedNames::*set, GLboolean(GL_APIENTRY *isObject)(GLuint), GLuint *out,
+                       GLint room, GLint *count)
+{
+    SharedNames &shared = currentContext->group->names;
+    const std::lock_guard<std::mutex> guard(shared.lock);
+    list(shared.*set, isObject, out, room, count);
+}
+
+void GL_APIENTRY glGetTexturesQRN(GLuint *textures, GLint room, GLint *count)
+{
+    if (currentContext) listShared(&SharedNames::textures, driver.glIsTexture, textures, room, count);
+}
+
+void GL_APIENTRY glGetBuffersQRN(GLuint *buffers, GLint room, GLint *count)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    syncArrayBuffer(context); // binding a name makes its buffer
+    listShared(&SharedNames::buffers, driver.glIsBuffer, buffers, room, count);
+}
+
+void GL_APIENTRY glGetRenderbuffersQRN(GLuint *renderbuffers, GLint room, GLint *count)
+{
+    if (currentContext) listShared(&SharedNames::renderbuffers, driver.glIsRenderbuffer, renderbuffers, room, count);
+}
+
+void GL_APIENTRY glGetFramebuffersQRN(GLuint *framebuffers, GLint room, GLint *count)
+{
+    if (currentContext) list(currentContext->framebuffers, driver.glIsFramebuffer, framebuffers, room, count);
+}
+
+// The names of a map of objects, in rising order.
+template <typename Map>
+static std::set<GLuint> namesOf(const Map &objects)
+{
+    std::set<GLuint> names;
+    for (const auto &[name, object] : objects)
+        names.insert(name);
+    return names;
+}
+
+static bool isAny(GLuint)
+{
+    return true;
+}
+
+void GL_APIENTRY glGetShadersQRN(GLuint *shaders, GLint room, GLint *count)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    list(namesOf(context->group->shaders), isAny, shaders, room, count);
+}
+
+void GL_APIENTRY glGetProgramsQRN(GLuint *programs, GLint room, GLint *count)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    list(namesOf(context->group->programs), isAny, programs, room, count);
+}
