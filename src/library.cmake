@@ -20,3 +20,6 @@ target_link_libraries(trl20 PRIVATE vsp m)
 target_link_options(trl20 PRIVATE
   -Wl,--version-script=${map} -Wl,-Bsymbolic -Wl,--no-undefined -Wl,--as-needed -Wl,-z,now -Wl,-O1
   -Wl,-soname,libGLESv1_CM_trl20.so)
+# An application may open this file by path, with no LD_LIBRARY_PATH: libvsp.so lies beside it.
+set(CMAKE_SKIP_RPATH OFF)
+set_target_properties(trl20 PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)

@@ -1,0 +1,75 @@
+# SPDX-License-Identifier: MIT
+# What the checkout's ./trl20 and the installed trl20 share: messages, and starting a program over the libraries.
+
+# Messages go to standard error, so that the output of a program under 'run' stays its own.
+say() { printf 'trl20: %s\n' "$*" >&2; }
+fail() { # MESSAGE [STATUS]
+    say "$1"
+    exit "${2:-1}"
+}
+
+# Sets force, program and arguments from what stands behind 'run'.
+read_program() { # [--force] PROGRAM ARGS
+    force=no
+    if [ "${1-}" = --force ]; then
+        force=yes
+        shift
+    fi
+    [ $# -ge 1 ] || fail "a program is needed, such as: trl20 run PROGRAM ARGS" 2
+    program=$1
+    arguments=("${@:2}")
+}
+
+# Makes program the path of a file that can be started. A name without a slash is looked for as a shell does.
+find_program() {
+    if [[ $program != */* ]]; then
+        local found
+        if ! found=$(type -P -- "$program"); then
+            [ -f "$program" ] && fail "$program: no such command; for the file in this folder write ./$program" 2
+            fail "$program: no such program" 2
+        fi
+        program=$found
+    fi
+    [ -e "$program" ] || fail "$program: no such file" 2
+    [ -f "$program" ] || fail "$program: not a file" 2
+    [ -x "$program" ] || fail "$program: not executable" 2
+}
+
+elf_field() { # FILE OFFSET BYTES: an unsigned number of its ELF header, in this machine's byte order
+    local number
+    number=$(od -An "-tu$3" -j "$2" -N "$3" -- "$1")
+    printf '%d' "$number"
+}
+elf_bits() { # FILE
+    case $(elf_field "$1" 4 1) in 1) echo 32 ;; *) echo 64 ;; esac
+}
+elf_machine() { elf_field "$1" 18 2; } # FILE
+
+# The libraries of a program that opens its GL by itself show no need of it, nor does a script: --force runs those.
+check_program() { # FOLDER: of the libraries
+    local bits own_bits needed
+    if [ "$(head -c 4 -- "$program" | tr -d '\0')" != $'\x7fELF' ]; then
+        fail "$program is no program file (run --force runs it all the same)" 2
+    fi
+    bits=$(elf_bits "$program")
+    own_bits=$(elf_bits "$1/libvsp.so")
+    if [ "$bits" != "$own_bits" ]; then
+        fail "$program is a $bits-bit program and this trl20 is built for $own_bits bits: it needs a $bits-bit trl20" 2
+    fi
+    if [ "$(elf_machine "$program")" != "$(elf_machine "$1/libvsp.so")" ]; then
+        fail "$program is for another kind of processor than this trl20" 2
+    fi
+    needed=$(ldd "$program" 2>/dev/null) || needed=
+    case $needed in
+    *libGLESv1_CM.so* | *libEGL.so*) ;;
+    *) fail "$program does not use OpenGL ES 1.1: it needs neither libEGL nor libGLESv1_CM (run --force runs it all the same)" 2 ;;
+    esac
+}
+
+# Becomes the program: its process, signals and exit status are what the caller sees.
+start_program() { # FOLDER: of the libraries
+    find_program
+    [ "$force" = yes ] || check_program "$1"
+    export LD_LIBRARY_PATH=$1${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+    exec "$program" "${arguments[@]}"
+}

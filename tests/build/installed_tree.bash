@@ -1,0 +1,158 @@
+# SPDX-License-Identifier: MIT
+# What must hold for every installed tree, however it came there. Sourced by check_install.sh and check_deb.sh.
+
+tests=$(dirname -- "${BASH_SOURCE[0]}")
+failures=0
+
+expect() { # WHAT EXPECTED ACTUAL
+    [ "$2" = "$3" ] && return
+    printf '%s\n  expected: %s\n  actual:   %s\n' "$1" "$2" "$3"
+    failures=$((failures + 1))
+}
+expect_part() { # WHAT PART ACTUAL
+    [[ $3 == *"$2"* ]] && return
+    printf '%s\n  expected part: %s\n  actual:        %s\n' "$1" "$2" "$3"
+    failures=$((failures + 1))
+}
+expect_status() { # WHAT STATUS COMMAND...
+    local status=0
+    "${@:3}" >/dev/null 2>&1 || status=$?
+    expect "$1" "$2" "$status"
+}
+
+# Files and links below a folder, and the folders that are empty.
+list_tree() { # FOLDER
+    (cd -- "$1" && find . \( -type d -empty -printf '%P/\n' \) -o \( ! -type d -printf '%P\n' \) | LC_ALL=C sort)
+}
+
+# The expected list: LIB stands for the library folder.
+expected_files() { # LIB
+    sed "s:^LIB/:$1/:" "$tests/installed_files.txt" | LC_ALL=C sort
+}
+
+# A compile line as the manual page gives it, in a folder that knows nothing of the source tree.
+compile_installed_program() { # PREFIX LIB FOLDER
+    local flags
+    export PKG_CONFIG_PATH=$1/$2/pkgconfig
+    read -ra flags <<<"$(pkg-config --cflags --libs trl20)"
+    mkdir -p "$3"
+    cp "$tests/installed_program.c" "$3"
+    (cd "$3" && "${CC:-cc}" installed_program.c -o program "${flags[@]}")
+}
+
+check_drawing() { # PREFIX LIB FOLDER
+    local output
+    output=$(cd / && "$1/bin/trl20" run "$3/program" 0 'two words') || true
+    expect_part 'the library draws' 'renderer: QRN N614' "$output"
+    expect_part 'it is OpenGL ES 1.1' 'version: OpenGL ES-CM 1.1' "$output"
+    expect_part 'the triangle is drawn' 'inside: 255 0 51' "$output"
+    expect_part 'the rest is cleared' 'outside: 0 102 0' "$output"
+    expect_part 'arguments reach the program' 'argument: two words' "$output"
+    expect_part 'the libraries come first' "library path: $(readlink -f "$1/$2/trl20")" "$output"
+}
+
+# The same file without the command: the installed libraries must not be found by accident.
+check_no_shadow() { # FOLDER
+    local output
+    output=$(env -u LD_LIBRARY_PATH "$1/program") || true
+    expect 'without trl20 run the libraries are not used' '' "$(grep 'QRN' <<<"$output")"
+}
+
+check_run() { # PREFIX FOLDER
+    local command=$1/bin/trl20 output pid status
+    expect_status 'the exit status is the program'\''s' 7 "$command" run "$2/program" 7
+
+    output=$(cd "$2" && LD_LIBRARY_PATH=/nowhere:/else "$command" run ./program) || true
+    expect_part 'a relative path and a library path that is set' ':/nowhere:/else' "$output"
+    output=$(PATH=$2:$PATH "$command" run program) || true
+    expect_part 'a program in PATH' 'renderer: QRN' "$output"
+    mkdir -p "$2/a folder"
+    cp "$2/program" "$2/a folder/a program"
+    output=$(cd "$2/a folder" && "$command" run './a program') || true
+    expect_part 'a path with spaces' 'renderer: QRN' "$output"
+    ln -sf "$command" "$2/link to trl20"
+    output=$("$2/link to trl20" run "$2/program") || true
+    expect_part 'the command through a link' 'renderer: QRN' "$output"
+    printf '#!/bin/sh\nexec "%s/program" "$@"\n' "$2" >"$2/script"
+    chmod +x "$2/script"
+    output=$("$command" run --force "$2/script") || true
+    expect_part 'a script with --force' 'renderer: QRN' "$output"
+
+    "$command" run "$2/program" --wait &
+    pid=$!
+    for _ in $(seq 500); do
+        [ "$(readlink "/proc/$pid/exe")" = "$(readlink -f "$2/program")" ] && break
+        sleep 0.02
+    done
+    kill -TERM $pid
+    status=0
+    wait $pid || status=$?
+    expect 'a signal to the command ends the program' $((128 + 15)) $status
+}
+
+check_refusals() { # PREFIX FOLDER
+    local command=$1/bin/trl20 output
+    cp "$2/program" "$2/of32bits"
+    printf '\001' | dd of="$2/of32bits" bs=1 seek=4 conv=notrunc status=none # the class byte of an ELF header
+    expect_status 'a 32-bit program' 2 "$command" run "$2/of32bits"
+    output=$("$command" run "$2/of32bits" 2>&1) || true
+    expect_part 'a 32-bit program is told' 'is a 32-bit program and this trl20 is built for 64 bits' "$output"
+    cp "$2/program" "$2/elsewhere"
+    printf '\377' | dd of="$2/elsewhere" bs=1 seek=18 conv=notrunc status=none # the low byte of its machine
+    output=$("$command" run "$2/elsewhere" 2>&1) || true
+    expect_part 'another processor is told' 'is for another kind of processor' "$output"
+    output=$("$command" run /bin/ls 2>&1) || true
+    expect_part 'a program without GL is told' 'does not use OpenGL ES 1.1' "$output"
+    output=$(cd "$2" && "$command" run program 2>&1) || true
+    expect_part 'a name in this folder is told' 'write ./program' "$output"
+    for program in "$2/nothing" "$2" "$2/installed_program.c" "$2/script"; do
+        expect_status "run $program" 2 "$command" run "$program"
+    done
+    expect_status 'run without a program' 2 "$command" run
+    expect_status 'an unknown command' 2 "$command" frobnicate
+}
+
+check_other_commands() { # PREFIX VERSION
+    expect 'trl20 version' "trl20 $2" "$("$1/bin/trl20" version)"
+    expect_part 'trl20 help' 'run PROGRAM ARGS' "$("$1/bin/trl20" help)"
+    expect_status 'trl20 doctor' 0 "$1/bin/trl20" doctor
+    expect 'the manual page has no mistakes' '' "$(command -v man >/dev/null && man --warnings -l "$1/share/man/man1/trl20.1.gz" 2>&1 >/dev/null)"
+}
+
+# The manual page's last example: the vendor entry points, and a program that needs no trl20 run.
+check_linked_by_path() { # PREFIX LIB FOLDER
+    local flags folder output
+    folder=$(pkg-config --variable=library_folder trl20)
+    read -ra flags <<<"$(pkg-config --cflags --libs trl20)"
+    "${CC:-cc}" -DGL_GLEXT_PROTOTYPES "$3/installed_program.c" -o "$3/linked" "$folder/libGLESv1_CM_trl20.so" \
+        "-Wl,-rpath,$folder" "${flags[@]}"
+    output=$(env -u LD_LIBRARY_PATH "$3/linked") || true
+    expect_part 'a run path finds the libraries' 'renderer: QRN' "$output"
+    expect_part 'a vendor entry point is linked' 'inside: 0 102 0' "$output"
+    expect_part 'a vendor entry point acts' 'outside: 255 0 51' "$output"
+}
+
+check_files() { # PREFIX LIB SOURCE
+    local file
+    for file in libEGL.so.1 libGLESv1_CM_trl20.so; do
+        expect_part "run path of $file" '[$ORIGIN]' "$(readelf -d "$1/$2/trl20/$file" | grep RUNPATH)"
+    done
+    for file in libEGL.so.1 libGLESv1_CM_trl20.so libGLESv2.so libvsp.so; do
+        expect_part "soname of $file" "[$file]" "$(readelf -d "$1/$2/trl20/$file" | grep SONAME)"
+        expect "$file is stripped" '' "$(readelf -S "$1/$2/trl20/$file" | grep '\.symtab')"
+    done
+    expect 'libGLESv1_CM.so.1 is a link' libGLESv1_CM_trl20.so "$(readlink "$1/$2/trl20/libGLESv1_CM.so.1")"
+    expect 'no file knows the source tree' '' "$(grep -rl "$3" "$1")"
+}
+
+check_installed_tree() { # PREFIX LIB SCRATCH VERSION SOURCE
+    export EGL_PLATFORM=surfaceless # no display is needed
+    compile_installed_program "$1" "$2" "$3"
+    check_files "$1" "$2" "$5"
+    check_drawing "$1" "$2" "$3"
+    check_no_shadow "$3"
+    check_run "$1" "$3"
+    check_refusals "$1" "$3"
+    check_other_commands "$1" "$4"
+    check_linked_by_path "$1" "$2" "$3"
+}
