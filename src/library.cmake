@@ -23,3 +23,7 @@ target_link_options(trl20 PRIVATE
 # An application may open this file by path, with no LD_LIBRARY_PATH: libvsp.so lies beside it.
 set(CMAKE_SKIP_RPATH OFF)
 set_target_properties(trl20 PROPERTIES INSTALL_RPATH "$ORIGIN" BUILD_WITH_INSTALL_RPATH ON)
+if(TRL20_LTO)
+  # The options that decide results are given again: the code is generated here.
+  target_link_options(trl20 PRIVATE -flto=auto -O3 -ffp-contract=off)
+endif()

@@ -58,11 +58,13 @@ struct Context {
     SeenNames seenTextures;
     SeenNames seenBuffers;
     SeenNames seenRenderbuffers;
-    std::set<GLuint> framebuffers; // names bound here
-    ProgramObject *programObject; // in use; null when none
-    LinkedProgram *program;       // what the driver runs for it
-    GLfloat lineWidth;            // pixels
-    GLint viewport[4];            // pixels
+    std::set<GLuint> framebuffers;   // names bound here
+    ProgramObject *programObject;    // in use; null when none
+    LinkedProgram *program;          // what the driver runs for it
+    const UniformSlot *uniformSlots; // the program's, at hand for the loads; by location
+    uint32_t uniformCount;           // 0 without a program
+    GLfloat lineWidth;               // pixels
+    GLint viewport[4];               // pixels
 };
 
 /// The thread's current context, null when none. The initial-exec model makes it one load: every wrapper reads it.

@@ -100,6 +100,13 @@ void GL_APIENTRY glBindAttribLocation(GLuint name, GLuint index, const GLchar *a
     program->attributeBindings[attribute] = index;
 }
 
+static void setLinkedProgram(Context *context, LinkedProgram *linked)
+{
+    context->program = linked;
+    context->uniformSlots = linked ? linked->slots : nullptr;
+    context->uniformCount = linked ? static_cast<uint32_t>(linked->slotCount) : 0;
+}
+
 // Puts a linked program in use in the context, for this layer and the driver; null takes the present one out of use.
 // The group's lock must be held.
 static void enterProgram(Context *context, ProgramObject *program)
@@ -107,7 +114,7 @@ static void enterProgram(Context *context, ProgramObject *program)
     ProgramObject *before = context->programObject;
     LinkedProgram *linkedBefore = context->program;
     context->programObject = program;
-    context->program = program ? program->linked : nullptr;
+    setLinkedProgram(context, program ? program->linked : nullptr);
     if (program) {
         ++program->uses;
         ++program->linked->users;
@@ -125,7 +132,7 @@ void leaveProgram(Context *context)
     const Guard guard(context->group->lock);
     releaseLinked(context->group, context->program);
     context->programObject = nullptr;
-    context->program = nullptr;
+    setLinkedProgram(context, nullptr);
     if (--before->uses == 0 && before->deleted) freeProgram(context->group, before);
 }
 

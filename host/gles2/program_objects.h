@@ -53,9 +53,9 @@ enum class UniformKind : uint8_t {
 /// One uniform location.
 struct UniformSlot {
     UniformKind kind;
+    UniformKind heldKind; // the same while `held` is what the driver has; None: the next load goes through
     bool isArray;
     bool isSampler;
-    bool known;       // false: loaded in a way that is not remembered; every load goes through
     int element;      // index in its array; 0 for a single value
     int elementsLeft; // elements from this one to the array's last; 1 for a single value
     uint32_t *held;   // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it

@@ -49,9 +49,9 @@ static bool addUniform(LinkedProgram *linked, const UniformType &type, std::stri
     for (GLint i = 0; i < elements; ++i) {
         linked->uniforms[static_cast<size_t>(first + i)] = {
             .kind = type.kind,
+            .heldKind = type.kind,
             .isArray = isArray,
             .isSampler = isSampler(type.type),
-            .known = true,
             .element = i,
             .elementsLeft = elements - i,
             .held = nullptr,
@@ -141,7 +141,7 @@ void zeroUniforms(LinkedProgram *linked)
     driver.glUseProgram(linked->driverProgram);
     for (size_t location = 0; location < linked->uniforms.size(); ++location) {
         zeroUniform(linked->uniforms[location].kind, static_cast<GLint>(location));
-        linked->uniforms[location].known = true;
+        linked->uniforms[location].heldKind = linked->uniforms[location].kind;
     }
     std::fill(linked->values.begin(), linked->values.end(), 0u);
 }

@@ -3,21 +3,23 @@
 #include "frontend/context.h"
 
 #include <bit>
+#include <cstring>
 
 namespace {
 
 constexpr uint32_t SPOT_CUTOFF = 1; // place of the cutoff in Light::packed0
 
-void copyColor(GLfloat to[4], const GLfloat from[4])
+// Colours are worked on whole: all four components in one operation, the same products to the bit.
+using Color = GLfloat __attribute__((vector_size(16), aligned(4), may_alias));
+
+Color colorAt(const GLfloat color[4])
 {
-    for (uint32_t i = 0; i < 4; ++i)
-        to[i] = from[i];
+    return *reinterpret_cast<const Color *>(color);
 }
 
-void multiplyColors(GLfloat to[4], const GLfloat a[4], const GLfloat b[4])
+void storeColor(GLfloat to[4], Color color)
 {
-    for (uint32_t i = 0; i < 4; ++i)
-        to[i] = a[i] * b[i];
+    *reinterpret_cast<Color *>(to) = color;
 }
 
 void setBit(uint32_t &mask, uint32_t bit, bool value)
@@ -27,7 +29,10 @@ void setBit(uint32_t &mask, uint32_t bit, bool value)
 
 bool isNowherePositive(const GLfloat color[4])
 {
-    return !(color[0] > 0.0f || color[1] > 0.0f || color[2] > 0.0f || color[3] > 0.0f);
+    const auto positive = colorAt(color) > 0.0f; // all bits of a component that is
+    uint64_t halves[2];
+    std::memcpy(halves, &positive, sizeof(halves));
+    return (halves[0] | halves[1]) == 0;
 }
 
 LightKind kindOf(const Light &light)
@@ -69,7 +74,7 @@ void deriveColors(LightingState &lighting, uint32_t index, bool colorMaterial)
 void deriveSceneColor(LightingState &lighting, bool colorMaterial)
 {
     const GLfloat *ambient = lighting.model.ambient;
-    if (colorMaterial) return copyColor(lighting.sceneColor, ambient);
+    if (colorMaterial) return storeColor(lighting.sceneColor, colorAt(ambient));
 
     const Material &material = lighting.material;
     for (uint32_t i = 0; i < 3; ++i)
@@ -95,13 +100,13 @@ void deriveLightProducts(LightingState &lighting, uint32_t index, bool colorMate
     const Material &material = lighting.material;
     if (colorMaterial) {
         // The shader multiplies these two by the vertex colour.
-        copyColor(light.ambientProduct, light.ambient);
-        copyColor(light.diffuseProduct, light.diffuse);
+        storeColor(light.ambientProduct, colorAt(light.ambient));
+        storeColor(light.diffuseProduct, colorAt(light.diffuse));
     } else {
-        multiplyColors(light.ambientProduct, light.ambient, material.ambient);
-        multiplyColors(light.diffuseProduct, light.diffuse, material.diffuse);
+        storeColor(light.ambientProduct, colorAt(light.ambient) * colorAt(material.ambient));
+        storeColor(light.diffuseProduct, colorAt(light.diffuse) * colorAt(material.diffuse));
     }
-    multiplyColors(light.specularProduct, light.specular, material.specular);
+    storeColor(light.specularProduct, colorAt(light.specular) * colorAt(material.specular));
 }
 
 void markLightColors(LightingState &lighting, uint32_t lightMask)

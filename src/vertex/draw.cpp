@@ -144,6 +144,7 @@ void setVariableAttributes(GLIContext *ctx)
     const ProgramLocations &locations = ctx->currentEntry->locations;
     bindPosition(ctx->arrays.vertex, locations.vertexAttrib);
     bindColor(ctx, locations);
+#pragma GCC unroll 2
     for (uint32_t unit = 0; unit < kTextureUnits; ++unit)
         bindTexCoord(ctx, unit, locations.texCoordAttrib[unit]);
     bindNormal(ctx, locations.normalAttrib);
