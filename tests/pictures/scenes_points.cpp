@@ -286,6 +286,16 @@ void colouredPoints()
     glDrawArrays(GL_POINTS, 0, 4);
 }
 
+// The first point's middle lies left of the window, the other two before the near and behind the far plane.
+void pointsBesideTheView()
+{
+    pixelProjection();
+    glPointSize(20);
+    drawPoint(-4, 64);
+    drawPoint(64, 32, -1);
+    drawPoint(64, 96, 101);
+}
+
 } // namespace
 
 std::vector<Scene> pointScenes()
@@ -317,6 +327,11 @@ std::vector<Scene> pointScenes()
          arrayUnderAttenuation,
          widthProbes(64, 64, 20, kWhite),
          {.instead = "the machine's own ES 1.1 ignores the size array under attenuation"}},
+        {"PointsBesideTheView",
+         pointsBesideTheView,
+         {probeOf(5, 64, kWhite, "reaches six pixels into the window"), probeOf(6, 64, kEmpty, "and no further"),
+          probeOf(64, 32, kEmpty, "before the near plane"), probeOf(64, 96, kEmpty, "behind the far plane")},
+         {.instead = "ES 2.0 clips points at the near and far planes only, see docs/behaviour.md"}},
         {"SmoothPoint", smoothPoint, smoothProbes({1, 0.5, 0.25, 0.5}), coverage},
         {"SmoothAttenuatedPoint", smoothAttenuatedPoint, smoothProbes(kWhite), coverage},
         spriteScene("SpriteOnUnit0", true, false, true, false),
