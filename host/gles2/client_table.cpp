@@ -3,6 +3,7 @@
 #include "context.h"
 #include "create_info.h"
 #include "driver_abilities.h"
+#include "machine_context.h"
 #include "programs.h"
 
 #include "client_api_table.h"
@@ -12,60 +13,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
-#include <vector>
-
-#ifndef EGL_NO_CONFIG_KHR
-#define EGL_NO_CONFIG_KHR static_cast<EGLConfig>(nullptr)
-#endif
-
-// Calls of the machine's EGL that depend on the thread's current client API put the caller's back afterwards.
-static EGLenum bindOpenGlEs()
-{
-    const EGLenum before = machineEgl.eglQueryAPI();
-    machineEgl.eglBindAPI(EGL_OPENGL_ES_API);
-    return before;
-}
-
-// A display without a window system, for callers that bring none; opened once and kept.
-static EGLDisplay surfacelessDisplay()
-{
-    static EGLDisplay display = [] {
-        const char *extensions = machineEgl.eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
-        EGLDisplay opened = EGL_NO_DISPLAY;
-        const auto getPlatformDisplay =
-            reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(machineEgl.eglGetProcAddress("eglGetPlatformDisplayEXT"));
-        if (getPlatformDisplay && hasExtension(extensions, "EGL_MESA_platform_surfaceless"))
-            opened = getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-        if (opened == EGL_NO_DISPLAY) opened = machineEgl.eglGetDisplay(EGL_DEFAULT_DISPLAY);
-        return machineEgl.eglInitialize(opened, nullptr, nullptr) ? opened : EGL_NO_DISPLAY;
-    }();
-    return display;
-}
-
-// The caller's attribute list with client version 2. The minor version goes with the caller's major one.
-static std::vector<EGLint> attributesForVersion2(const EGLint *given)
-{
-    std::vector<EGLint> attributes = {EGL_CONTEXT_CLIENT_VERSION, 2};
-    for (; given && given[0] != EGL_NONE; given += 2) {
-        if (given[0] != EGL_CONTEXT_CLIENT_VERSION && given[0] != EGL_CONTEXT_MINOR_VERSION_KHR)
-            attributes.insert(attributes.end(), {given[0], given[1]});
-    }
-    attributes.push_back(EGL_NONE);
-    return attributes;
-}
-
-static EGLConfig configOrAny(EGLDisplay display, void *config)
-{
-    if (config) return config;
-    const char *extensions = machineEgl.eglQueryString(display, EGL_EXTENSIONS);
-    if (hasExtension(extensions, "EGL_KHR_no_config_context") ||
-        hasExtension(extensions, "EGL_MESA_configless_context"))
-        return EGL_NO_CONFIG_KHR;
-    const EGLint wanted[] = {EGL_RENDERABLE_TYPE, EGL_OPENGL_ES2_BIT, EGL_SURFACE_TYPE, EGL_DONT_CARE, EGL_NONE};
-    EGLConfig found = nullptr;
-    EGLint count = 0;
-    return machineEgl.eglChooseConfig(display, wanted, &found, 1, &count) && count > 0 ? found : nullptr;
-}
 
 static void *createContext(void *shareContext, void *config, const void *attributes, uint32_t, void *extra)
 {
@@ -74,18 +21,16 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     Context *share = static_cast<Context *>(shareContext);
     EGLDisplay display = info ? info->display : share ? share->display : surfacelessDisplay();
 
-    const EGLenum api = bindOpenGlEs();
-    const EGLContext handle =
-        machineEgl.eglCreateContext(display, configOrAny(display, config), share ? share->handle : EGL_NO_CONTEXT,
-                                    attributesForVersion2(static_cast<const EGLint *>(attributes)).data());
-    const EGLenum error = handle ? EGL_SUCCESS : machineEgl.eglGetError();
-    machineEgl.eglBindAPI(api);
+    EGLenum error;
+    const EGLContext handle = createMachineContext(display, config, share ? share->handle : EGL_NO_CONTEXT,
+                                                   static_cast<const EGLint *>(attributes), error);
     if (info && info->error) *info->error = error;
     if (!handle) return nullptr;
 
     Context *context = new Context{};
     context->handle = handle;
     context->display = display;
+    context->config = config;
     context->group = share ? share->group : new ShareGroup{};
     const std::lock_guard<std::mutex> guard(context->group->lock);
     ++context->group->contexts;
@@ -105,7 +50,10 @@ static void freeContext(Context *context)
         const std::lock_guard<std::mutex> guard(group->lock);
         last = --group->contexts == 0;
     }
-    if (last) freeShareGroup(group);
+    if (last) {
+        destroySideContext(context);
+        freeShareGroup(group);
+    }
     delete context;
 }
 

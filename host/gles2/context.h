@@ -47,6 +47,7 @@ struct CapabilityState {
 struct Context {
     EGLContext handle;
     EGLDisplay display;
+    EGLConfig config; // as given; null when none
     ShareGroup *group;
     GLenum error;   // raised here and not yet asked for; GL_NO_ERROR when none
     bool prepared;  // has been current, so that the driver could be asked

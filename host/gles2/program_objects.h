@@ -8,6 +8,8 @@
 #include "object_names.h"
 #include "translator.h"
 
+#include <EGL/egl.h>
+
 #include <atomic>
 #include <list>
 #include <map>
@@ -101,6 +103,7 @@ struct ProgramKeeper {
 struct ShareGroup {
     std::mutex lock;
     int contexts;
+    EGLContext side; // for work aside, see machine_context.h; none until it is needed
     GLuint lastName; // shaders and programs have one name space
     std::unordered_map<GLuint, ShaderObject *> shaders;
     std::unordered_map<GLuint, ProgramObject *> programs;

@@ -1,17 +1,35 @@
 // SPDX-License-Identifier: MIT
 // Size and format of a texture's level by the texture's name, through a driver that answers for bound textures.
-#include "context.h"
-
-struct TextureTarget {
-    GLenum target;
-    GLenum binding; // query of what is bound there
-};
+#include "texture_levels.h"
 
 static constexpr TextureTarget kTargets[] = {
     {GL_TEXTURE_2D, GL_TEXTURE_BINDING_2D},
     {GL_TEXTURE_CUBE_MAP, GL_TEXTURE_BINDING_CUBE_MAP},
     {GL_TEXTURE_EXTERNAL_OES, GL_TEXTURE_BINDING_EXTERNAL_OES},
 };
+
+static bool isCubeFace(GLenum target)
+{
+    return target >= GL_TEXTURE_CUBE_MAP_POSITIVE_X && target <= GL_TEXTURE_CUBE_MAP_NEGATIVE_Z;
+}
+
+const TextureTarget *findTextureTarget(GLenum imageTarget)
+{
+    const GLenum target = isCubeFace(imageTarget) ? GL_TEXTURE_CUBE_MAP : imageTarget;
+    for (const TextureTarget &candidate : kTargets) {
+        if (candidate.target == target) return &candidate;
+    }
+    return nullptr;
+}
+
+LevelSize readLevelSize(GLenum imageTarget, GLint level)
+{
+    LevelSize size{};
+    if (!driver.glGetTexLevelParameteriv) return size;
+    driver.glGetTexLevelParameteriv(imageTarget, level, GL_TEXTURE_WIDTH, &size.width);
+    driver.glGetTexLevelParameteriv(imageTarget, level, GL_TEXTURE_HEIGHT, &size.height);
+    return size;
+}
 
 // The format as the caller of glTexImage2D names it, from the sized format the driver tells.
 static GLint baseFormat(GLenum target, GLint level, GLint sized)

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+// Levels of textures, as the driver tells of them.
+#pragma once
+
+#include "context.h"
+
+/// A target textures are bound to.
+struct TextureTarget {
+    GLenum target;
+    GLenum binding; // query of what is bound there
+};
+
+/// The row of a bind target, or for a face of a cube map the cube map's; null for every other name.
+const TextureTarget *findTextureTarget(GLenum imageTarget);
+
+/// Texels of a level.
+struct LevelSize {
+    GLint width;
+    GLint height;
+};
+
+/// Size of a level of the texture bound at an image target; 0 x 0 for one that is not there or that cannot be told.
+LevelSize readLevelSize(GLenum imageTarget, GLint level);
