@@ -30,6 +30,20 @@ TEST_F(Fog, DensityMayNotBeNegative)
     EXPECT_TRUE(std::isnan(ctx->fog.density));
 }
 
+TEST_F(Fog, EverySuccessMarksTheFog)
+{
+    const struct {
+        GLenum pname;
+        GLfloat value;
+    } cases[] = {{GL_FOG_DENSITY, 1},   {GL_FOG_START, 1}, {GL_FOG_END, 1},
+                 {GL_FOG_MODE, GL_EXP}, {GL_FOG_COLOR, 1}, {0x8450, 0x8452}};
+    for (const auto &c : cases) {
+        ctx->dirty = 0;
+        glFogf(c.pname, c.value);
+        EXPECT_EQ(ctx->dirty, 0x10000u) << std::hex << c.pname;
+    }
+}
+
 TEST_F(Fog, StartAndEndMayBeNegative)
 {
     expectAccepted([] { glFogf(GL_FOG_START, -4.0f); });

@@ -250,8 +250,12 @@ TEST_F(Lights, DrawsAreMarkedOnlyWithLightingOnAndAfterSuccess)
     clearMarks(ctx);
     glLightf(GL_LIGHT0, GL_LINEAR_ATTENUATION, -1.0f);
     EXPECT_EQ(ctx->dirty, 0u);
-    glLightf(GL_LIGHT0, GL_LINEAR_ATTENUATION, 2.0f);
-    EXPECT_EQ(ctx->dirty, uint32_t(DIRTY_ENABLES));
+    const GLfloat params[4] = {1, 0, 0, 0};
+    for (GLenum pname = GL_AMBIENT; pname <= GL_QUADRATIC_ATTENUATION; ++pname) {
+        clearMarks(ctx);
+        glLightfv(GL_LIGHT0, pname, params);
+        EXPECT_EQ(ctx->dirty, 0x4u) << std::hex << pname;
+    }
 }
 
 TEST_F(Lights, FixedFormsDivideBy65536)

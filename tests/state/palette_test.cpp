@@ -122,19 +122,31 @@ TEST_F(PaletteArrays, WeightRecordsTheBufferEvenWhenItFails)
     EXPECT_EQ(ctx->arrays.weight.size, before.size);
     EXPECT_EQ(ctx->arrays.weight.pointer, before.pointer);
     EXPECT_EQ(ctx->dirty, 0u);
+
+    glBindBuffer(GL_ARRAY_BUFFER, 8);
+    glWeightPointerOES(3, GL_UNSIGNED_SHORT, 4, data);
+    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_ENUM));
+    EXPECT_EQ(ctx->arrays.weight.buffer, 8u);
+    EXPECT_EQ(ctx->arrays.weight.size, before.size);
 }
 
 TEST_F(PaletteArrays, TheSameSizeAndTypeAreNotCheckedAgain)
 {
     glWeightPointerOES(3, GL_FLOAT, 0, data);
     glMatrixIndexPointerOES(3, GL_UNSIGNED_BYTE, 0, data);
+    glBindBuffer(GL_ARRAY_BUFFER, 4);
     clearMarks(ctx);
     expectAccepted([&] { glWeightPointerOES(3, GL_FLOAT, -8, data + 1); });
     EXPECT_EQ(ctx->arrays.weight.strideBytes, -8);
     EXPECT_EQ(ctx->arrays.weight.pointer, data + 1);
+    EXPECT_EQ(ctx->arrays.weight.buffer, 4u);
     EXPECT_EQ(ctx->dirty, 0x8u);
+    clearMarks(ctx);
     expectAccepted([&] { glMatrixIndexPointerOES(3, GL_UNSIGNED_BYTE, -8, data + 1); });
     EXPECT_EQ(ctx->arrays.matrixIndex.strideBytes, -8);
+    EXPECT_EQ(ctx->arrays.matrixIndex.pointer, data + 1);
+    EXPECT_EQ(ctx->arrays.matrixIndex.buffer, 4u);
+    EXPECT_EQ(ctx->dirty, 0x8u);
     EXPECT_EQ(ctx->transform.uniformDirty, 0u);
 }
 
@@ -165,7 +177,11 @@ TEST_F(PaletteArrays, IndexTypeIsCheckedFirstAndThenLeavesTheBufferAlone)
     EXPECT_EQ(glGetError(), GLenum(GL_INVALID_VALUE));
     EXPECT_EQ(ctx->arrays.matrixIndex.buffer, 8u);
     EXPECT_EQ(ctx->arrays.matrixIndex.pointer, nullptr);
-    expectAccepted([&] { glMatrixIndexPointerOES(-1, GL_UNSIGNED_BYTE, 0, data); });
+    EXPECT_EQ(ctx->dirty, 0u);
+    for (const GLint size : {4, 0, -1}) {
+        expectAccepted([&] { glMatrixIndexPointerOES(size, GL_UNSIGNED_BYTE, 0, data); });
+        EXPECT_EQ(ctx->arrays.matrixIndex.size, size);
+    }
 }
 
 TEST_F(PaletteArrays, UnitsAreTheWeightSizeFromZeroToFour)

@@ -124,8 +124,10 @@ TEST_F(TextureObjects, BindingToAnotherTargetIsInvalidEnum)
 TEST_F(TextureObjects, DeletingFewerThanOneNameIsInvalidValue)
 {
     const GLuint name = 1;
+    const TextureObject *object = lookup(name);
     for (const GLsizei n : {0, -1})
         expectOnlyError(ctx, GL_INVALID_VALUE, [&] { glDeleteTextures(n, &name); });
+    EXPECT_EQ(names().table[name], object);
     EXPECT_EQ(callsOf("glDeleteTextures"), std::vector<std::string>{});
 }
 
@@ -291,6 +293,23 @@ TEST_F(TextureObjects, WithoutATableEveryNameGoesToTheList)
     const size_t blocks = fakePlatform().liveBlocks;
     destroyTextureObjects(&textures);
     EXPECT_EQ(fakePlatform().liveBlocks, blocks - 2);
+}
+
+TEST_F(TextureObjects, MissingBackendFunctionsAreAssertionsAndTheStateIsKept)
+{
+    context.reset();
+    resetFakeBackend();
+    fakeBackend().absent = {"glBindTexture", "glDeleteTextures", "glTexParameteri"};
+    context = std::make_unique<TestContext>();
+    ctx = context->ctx;
+    fakePlatform().assertions.clear();
+    glBindTexture(GL_TEXTURE_2D, 4);
+    EXPECT_EQ(ctx->bindings.texture2D[0]->name, 4u);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    deleteName(4);
+    EXPECT_EQ(ctx->bindings.texture2D[0], &names().default2D);
+    EXPECT_EQ(fakePlatform().assertions,
+              (std::vector<std::string>{"glBindTexture_2_0", "glTexParameteri_2_0", "glDeleteTextures_2_0"}));
 }
 
 TEST_F(TextureObjects, AreInertWithoutContextAndInInterfaceOnlyMode)
