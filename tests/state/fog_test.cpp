@@ -44,6 +44,22 @@ TEST_F(Fog, EverySuccessMarksTheFog)
     }
 }
 
+TEST_F(Fog, EachParameterIsKeptApart)
+{
+    const GLfloat color[4] = {5, 6, 7, 8};
+    glFogf(GL_FOG_END, 4.0f);
+    glFogf(GL_FOG_START, 3.0f);
+    glFogf(GL_FOG_DENSITY, 2.0f);
+    EXPECT_EQ(ctx->fog.density, 2.0f);
+    EXPECT_EQ(ctx->fog.start, 3.0f);
+    EXPECT_EQ(ctx->fog.end, 4.0f);
+    EXPECT_EQ(values(ctx->fog.color), (Vec4{0, 0, 0, 0}));
+    glFogfv(GL_FOG_COLOR, color);
+    EXPECT_EQ(values(ctx->fog.color), (Vec4{5, 6, 7, 8}));
+    EXPECT_EQ(ctx->fog.mode, GLenum(GL_EXP));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
 TEST_F(Fog, StartAndEndMayBeNegative)
 {
     expectAccepted([] { glFogf(GL_FOG_START, -4.0f); });

@@ -86,6 +86,14 @@ TEST_F(Lights, PositionUnderAnIdentityModelviewIsCopied)
     EXPECT_EQ(values(light(7).positionGiven), (Vec4{1, -2, 3, 1}));
     EXPECT_EQ(ctx->lighting.geometryDirty, 1u << 7);
     EXPECT_EQ(ctx->lighting.colorDirty[0], 0u);
+
+    // A product with zeros would make NaN of the other components.
+    constexpr GLfloat infinity = std::numeric_limits<GLfloat>::infinity();
+    const GLfloat far[4] = {infinity, 2, 3, 1};
+    glLightfv(GL_LIGHT7, GL_POSITION, far);
+    EXPECT_EQ(values(light(7).position), (Vec4{infinity, 2, 3, 1}));
+    glLightfv(GL_LIGHT7, GL_SPOT_DIRECTION, far);
+    EXPECT_EQ(values(light(7).spotDirection), (Vec3{infinity, 2, 3}));
 }
 
 TEST_F(Lights, PositionIsDividedByAWOtherThanZeroAndOne)

@@ -30,6 +30,21 @@ TEST_F(Palette, StartsAsIdentitiesAllMarked)
     }
 }
 
+TEST_F(Palette, InitialisationSetsEveryFieldAgain)
+{
+    ctx->palette.currentIndex = 3;
+    ctx->palette.secondWord = 3;
+    ctx->palette.nonOrthogonal = 3;
+    glMatrixMode(GL_MATRIX_PALETTE_OES);
+    glTranslatef(1, 2, 3);
+    initTransform(ctx);
+    EXPECT_EQ(ctx->palette.currentIndex, 0u);
+    EXPECT_EQ(ctx->palette.secondWord, 0u);
+    EXPECT_EQ(ctx->palette.nonOrthogonal, 0u);
+    EXPECT_EQ(ctx->palette.dirty, 0xFFFFFu);
+    EXPECT_EQ(matrixOf(ctx, 0).f[12], 0.0f);
+}
+
 TEST_F(Palette, IndexRunsTo19)
 {
     expectAccepted([] { glCurrentPaletteMatrixOES(19); });

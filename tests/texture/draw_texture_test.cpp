@@ -117,7 +117,7 @@ TEST_F(DrawTexture, DepthRunsThroughTheDepthRange)
     glDepthRangef(0.25f, 0.75f);
     const struct {
         GLfloat z, depth;
-    } cases[] = {{0.5f, 0.5f}, {-3, 0.25f}, {0, 0.25f}, {7, 0.75f}, {1, 0.75f}, {0.25f, 0.375f}};
+    } cases[] = {{0.5f, 0.5f}, {-3, 0.25f}, {0, 0.25f}, {7, 0.75f}, {1.5f, 0.75f}, {1, 0.75f}, {0.25f, 0.375f}};
     for (const auto &c : cases) {
         glDrawTexfOES(0, 0, c.z, 1, 1);
         for (const Corner &corner : corners)
@@ -325,15 +325,22 @@ TEST_F(DrawTexture, AttributesThatTheProgramLacksAreLeftAlone)
     glDrawTexiOES(0, 0, 0, 10, 10);
     EXPECT_EQ(pointers.size(), 1u);
     EXPECT_EQ(callsOf("glEnableVertexAttribArray").back(), "glEnableVertexAttribArray(0)");
+    const std::vector<std::string> calls = takeCalls();
+    const auto asked = std::find_if(calls.begin(), calls.end(),
+                                    [](const std::string &call) { return call.rfind("glGetAttribLocation", 0) == 0; });
+    EXPECT_EQ(std::vector<std::string>(asked + 4, calls.end()),
+              (std::vector<std::string>{"glBindBuffer(0x8892, 0)", "glEnableVertexAttribArray(0)",
+                                        "glDrawArrays(0x0006, 0, 4)", "glBindBuffer(0x8892, 0)"}));
 }
 
 TEST_F(DrawTexture, WithoutAProgramNothingIsDrawnAndTheMarksStay)
 {
     fakeBackend().createShaderFails = true;
+    ctx->dirty = 0x1000;
     glDrawTexiOES(0, 0, 0, 10, 10);
     EXPECT_EQ(callsOf("glDrawArrays").size(), 0u);
     EXPECT_EQ(ctx->primitiveFlags, uint32_t(PRIMITIVE_DRAW_TEXTURE));
-    EXPECT_TRUE(ctx->dirty & 0x10u);
+    EXPECT_EQ(ctx->dirty, 0x1010u);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 

@@ -92,8 +92,9 @@ TEST_F(Images, OddSizesAreInvalidValueAndForwardedAllTheSame)
     const struct {
         GLsizei width, height;
         bool valid;
-    } cases[] = {{100, 100, false}, {64, 63, false}, {3, 64, false}, {-1, 64, false}, {64, -4, false},
-                 {0, 0, true},      {1, 1, true},    {0, 64, true},  {2048, 1, true}};
+    } cases[] = {{100, 100, false}, {64, 63, false}, {3, 64, false},         {-1, 64, false},
+                 {64, -4, false},   {-4, -4, false}, {INT32_MIN, 64, false}, {0, 0, true},
+                 {1, 1, true},      {0, 64, true},   {2048, 1, true}};
     for (const auto &c : cases) {
         SCOPED_TRACE(testing::Message() << c.width << " x " << c.height);
         takeCalls();
@@ -252,6 +253,14 @@ TEST_F(Images, BindingATextureRecordsItsFormat)
     EXPECT_EQ(unitFormat(), GLenum(GL_RGB));
     EXPECT_EQ(ctx->dirty, uint32_t(DIRTY_TEXTURE_FORMAT));
     EXPECT_EQ(ctx->keyDirty, keyDirtyEnv(0));
+
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 6);
+    upload(kFaceX, GL_LUMINANCE, 8, 8);
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 0);
+    glEnable(GL_TEXTURE_CUBE_MAP_OES);
+    EXPECT_EQ(unitFormat(), GLenum(GL_ALPHA));
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 6);
+    EXPECT_EQ(unitFormat(), GLenum(GL_LUMINANCE));
 }
 
 TEST_F(Images, AnExternalTextureBoundBesideAnEnabled2DLeavesTheFormat)
@@ -279,6 +288,20 @@ TEST_F(Images, AnImageAlsoDecidesTheOtherUnitThatSamplesIt)
     EXPECT_EQ(ctx->keyDirty, keyDirtyEnv(0));
     uploadCompressed(GL_TEXTURE_2D, 0x8B96);
     EXPECT_EQ(unitFormat(0), GLenum(GL_RGBA));
+}
+
+TEST_F(Images, AnImageOfAnotherTextureLeavesTheOtherUnit)
+{
+    glBindTexture(GL_TEXTURE_2D, 5);
+    glEnable(GL_TEXTURE_2D);
+    upload(GL_TEXTURE_2D, GL_RGB);
+    const GLuint name = 5;
+    glDeleteTextures(1, &name);
+    EXPECT_EQ(unitFormat(0), GLenum(GL_RGB)); // of the deleted texture
+    glActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_2D, 6);
+    upload(GL_TEXTURE_2D, GL_LUMINANCE);
+    EXPECT_EQ(unitFormat(0), GLenum(GL_RGB));
 }
 
 TEST_F(Images, CompressedImagesAreRecordedByTheirBaseFormat)
@@ -332,7 +355,14 @@ TEST_F(Images, APalettedImageWithAllItsLevelsIncludesLevel0)
     EXPECT_EQ(unitFormat(), GLenum(GL_RGBA));
     EXPECT_EQ(bound2D().width[0], 16);
     // A negative level means nothing for other formats.
-    uploadCompressed(GL_TEXTURE_2D, GL_ETC1_RGB8_OES, -4);
+    for (const GLenum other :
+         {GLenum(GL_ETC1_RGB8_OES), GLenum(GL_PALETTE4_RGB8_OES - 1), GLenum(GL_PALETTE8_RGB5_A1_OES + 1)}) {
+        uploadCompressed(GL_TEXTURE_2D, other, -4);
+        EXPECT_EQ(unitFormat(), GLenum(GL_RGBA));
+    }
+    uploadCompressed(GL_TEXTURE_2D, GL_PALETTE4_RGB8_OES, -1);
+    EXPECT_EQ(unitFormat(), GLenum(GL_RGB));
+    uploadCompressed(GL_TEXTURE_2D, GL_PALETTE8_RGB5_A1_OES, -1);
     EXPECT_EQ(unitFormat(), GLenum(GL_RGBA));
 }
 
@@ -491,6 +521,7 @@ TEST_F(Images, EglImagesOfABackendWithoutTheQueryCountAsRgbaOfUnknownSize)
     glEGLImageTargetTexture2DOES(GL_TEXTURE_2D, nullptr);
     EXPECT_EQ(bound2D().internalFormat[0], GLenum(GL_RGBA));
     EXPECT_EQ(bound2D().width[0], 0);
+    EXPECT_EQ(bound2D().height[0], 0);
     glEGLImageTargetRenderbufferStorageOES(GL_RENDERBUFFER_OES, nullptr);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
