@@ -15,13 +15,14 @@
 
 #include <string>
 
-/// What the driver's shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
+/// What the driver and its shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
 struct DriverAbilities {
     bool fragmentHighp = false;                // highp float in fragment shaders
     bool essl300 = false;                      // #version 300 es
     bool externalImageEssl300 = false;         // GL_OES_EGL_image_external_essl3
     bool geometryEssl320 = false;              // #version 320 es, with geometry shaders in it
     std::string geometryExtensionEssl310 = {}; // geometry shaders as an extension of 310 es: its name; empty = none
+    float widestLine = 1.0f;                   // pixels
 };
 
 enum class ShaderStage { Vertex, Fragment };
