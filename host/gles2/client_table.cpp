@@ -3,6 +3,7 @@
 #include "context.h"
 #include "create_info.h"
 #include "driver_abilities.h"
+#include "expanded_program.h"
 #include "machine_context.h"
 #include "programs.h"
 
@@ -78,6 +79,7 @@ static void prepareContext(Context *context)
     const std::lock_guard<std::mutex> guard(context->group->lock);
     if (context->group->abilitiesKnown) return;
     context->group->abilities = readDriverAbilities();
+    context->group->copies.kept = needsBufferCopies(context->group->abilities);
     context->group->abilitiesKnown = true;
 }
 
