@@ -154,8 +154,9 @@ void printAbilities()
     const bool geometry = abilities.geometryEssl320 || !abilities.geometryExtensionEssl310.empty();
     const Row rows[] = {
         {"precise fragment colours", abilities.fragmentHighp, "full precision", "mediump: less exact colours and fog"},
-        {"flat shading", abilities.essl300, "flat outputs of ES 3 shaders", "drawn smooth"},
-        {"soft edges of lines", geometry, "by geometry shaders", "lines have hard edges"},
+        {"flat shading", abilities.essl300, "flat outputs of ES 3 shaders", "by the processor"},
+        {"soft edges of lines", geometry, "by geometry shaders", "by the processor"},
+        {"wide lines", abilities.widestLine > 1.0f, "by the driver", geometry ? "by geometry shaders" : "by the processor"},
         {"images of video frames", driverHas("GL_OES_EGL_image_external"), "as external textures", "refused"},
         {"ETC1 textures", driverHas("GL_OES_compressed_ETC1_RGB8_texture"), "by the driver", "refused"},
         {"performance monitors", driverHas("GL_AMD_performance_monitor"), "by the driver", "refused"},
