@@ -3,7 +3,7 @@
 #include "context.h"
 #include "create_info.h"
 #include "driver_abilities.h"
-#include "expanded_program.h"
+#include "explain.h"
 #include "machine_context.h"
 #include "programs.h"
 
@@ -79,7 +79,6 @@ static void prepareContext(Context *context)
     const std::lock_guard<std::mutex> guard(context->group->lock);
     if (context->group->abilitiesKnown) return;
     context->group->abilities = readDriverAbilities();
-    context->group->copies.kept = needsBufferCopies(context->group->abilities);
     context->group->abilitiesKnown = true;
 }
 
@@ -182,8 +181,10 @@ static constexpr ClientAPIFunctions kClientTable = {
 void ogl2GetClientAPIFunctions(void *table)
 {
     if (!table) return;
-    if (loadDriver())
-        *static_cast<ClientAPIFunctions *>(table) = kClientTable;
-    else
+    if (!loadDriver()) {
         static_cast<ClientAPIFunctions *>(table)->createContext = nullptr;
+        return;
+    }
+    startExplain();
+    *static_cast<ClientAPIFunctions *>(table) = kClientTable;
 }

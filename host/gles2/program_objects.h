@@ -4,7 +4,6 @@
 // tell which version of the language they need, and a linked program outlives the program it was linked for.
 #pragma once
 
-#include "buffer_copies.h"
 #include "gl_api.h"
 #include "object_names.h"
 #include "translator.h"
@@ -64,15 +63,7 @@ struct UniformSlot {
     uint32_t *held;   // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it
 };
 
-/// The viewport's size and the line's width in a program that makes rectangles of lines, and what was last loaded.
-struct LineUniforms {
-    GLint viewportSizeLocation;
-    GLint lineWidthLocation;
-    GLfloat loadedViewportSize[2]; // pixels
-    GLfloat loadedLineWidth;       // pixels
-};
-
-struct ExpandedProgram;
+struct ExplainedProgram;
 
 struct LinkedProgram {
     GLuint driverProgram; // 0: linking failed
@@ -85,10 +76,11 @@ struct LinkedProgram {
     std::vector<uint32_t> values;
     bool keepable;     // every uniform is remembered, so that all can be put back to zero
     bool expandsLines; // has the geometry shader that makes rectangles of lines
-    bool flatLost;     // see TranslatedProgram
-    bool lineCoordLost;
-    LineUniforms lines;                     // with expandsLines
-    ExpandedProgram *expanded[kExpansions]; // by Expansion; null until a draw needs one
+    GLint viewportSizeLocation;
+    GLint lineWidthLocation;
+    GLfloat loadedViewportSize[2];
+    GLfloat loadedLineWidth;
+    ExplainedProgram *explained; // its record; null unless TRL20_EXPLAIN is set
 };
 
 struct ProgramObject {
@@ -122,7 +114,6 @@ struct ShareGroup {
     SharedNames names; // of the other objects; has a lock of its own
     bool abilitiesKnown;
     DriverAbilities abilities;
-    BufferCopies copies;
     std::atomic<uint32_t> buffersDeleted; // counts calls that deleted buffers, in any context of the group
 };
 

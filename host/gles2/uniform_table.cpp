@@ -31,31 +31,14 @@ static bool isSampler(GLenum type)
     return type == GL_SAMPLER_2D || type == GL_SAMPLER_CUBE || type == GL_SAMPLER_EXTERNAL_OES;
 }
 
-UniformKind kindOf(GLenum type)
-{
-    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                  [&](const UniformType &candidate) { return candidate.type == type; });
-    return row == std::end(kTypes) ? UniformKind::None : row->kind;
-}
-
-uint32_t wordsOf(UniformKind kind)
-{
-    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                  [&](const UniformType &candidate) { return candidate.kind == kind; });
-    return row == std::end(kTypes) ? 0 : row->words;
-}
-
 // Adds the elements of one uniform. Elements without consecutive locations are left out, and false is returned: loads
 // of them go through, and what they hold is not known.
-static bool addUniform(LinkedProgram *linked, const ActiveUniform &uniform)
+static bool addUniform(LinkedProgram *linked, const UniformType &type, std::string name, GLint elements)
 {
-    const UniformKind kind = kindOf(uniform.type);
-    const GLint elements = uniform.elements;
-    std::string name = uniform.name;
     const bool isArray = name.ends_with("[0]");
     if (isArray) name.resize(name.size() - 3);
     const GLint first = driver.glGetUniformLocation(linked->driverProgram, name.c_str());
-    if (kind == UniformKind::None || first < 0 || first + elements > kMaxRememberedLocation) return false;
+    if (first < 0 || first + elements > kMaxRememberedLocation) return false;
     for (GLint i = 1; i < elements; ++i) {
         const std::string element = name + "[" + std::to_string(i) + "]";
         if (driver.glGetUniformLocation(linked->driverProgram, element.c_str()) != first + i) return false;
@@ -65,17 +48,24 @@ static bool addUniform(LinkedProgram *linked, const ActiveUniform &uniform)
     if (linked->uniforms.size() < end) linked->uniforms.resize(end);
     for (GLint i = 0; i < elements; ++i) {
         linked->uniforms[static_cast<size_t>(first + i)] = {
-            .kind = kind,
-            .heldKind = kind,
+            .kind = type.kind,
+            .heldKind = type.kind,
             .isArray = isArray,
-            .isSampler = isSampler(uniform.type),
+            .isSampler = isSampler(type.type),
             .element = i,
             .elementsLeft = elements - i,
             .held = nullptr,
         };
     }
-    linked->values.resize(linked->values.size() + wordsOf(kind) * static_cast<size_t>(elements));
+    linked->values.resize(linked->values.size() + type.words * static_cast<size_t>(elements));
     return true;
+}
+
+static uint32_t wordsOf(UniformKind kind)
+{
+    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                  [&](const UniformType &candidate) { return candidate.kind == kind; });
+    return row == std::end(kTypes) ? 0 : row->words;
 }
 
 // Gives every location its place, once the memory of neither list moves any longer.
@@ -90,72 +80,67 @@ static void placeValues(LinkedProgram *linked)
     }
 }
 
-std::vector<ActiveUniform> activeUniforms(GLuint driverProgram)
+void readUniforms(LinkedProgram *linked)
 {
     GLint count = 0;
     GLint longest = 0;
-    driver.glGetProgramiv(driverProgram, GL_ACTIVE_UNIFORMS, &count);
-    driver.glGetProgramiv(driverProgram, GL_ACTIVE_UNIFORM_MAX_LENGTH, &longest);
-    std::vector<ActiveUniform> uniforms;
-    for (GLint i = 0; i < count; ++i) {
-        ActiveUniform uniform{.name = std::string(static_cast<size_t>(longest) + 1, '\0'), .type = 0, .elements = 0};
-        GLsizei length = 0;
-        driver.glGetActiveUniform(driverProgram, static_cast<GLuint>(i), longest + 1, &length, &uniform.elements,
-                                  &uniform.type, uniform.name.data());
-        uniform.name.resize(static_cast<size_t>(length));
-        // Those are loaded by the draw itself.
-        if (uniform.name != kViewportSizeUniform && uniform.name != kLineWidthUniform)
-            uniforms.push_back(std::move(uniform));
-    }
-    return uniforms;
-}
-
-void readUniforms(LinkedProgram *linked)
-{
+    driver.glGetProgramiv(linked->driverProgram, GL_ACTIVE_UNIFORMS, &count);
+    driver.glGetProgramiv(linked->driverProgram, GL_ACTIVE_UNIFORM_MAX_LENGTH, &longest);
+    std::string name;
     linked->keepable = true;
-    for (const ActiveUniform &uniform : activeUniforms(linked->driverProgram))
-        if (!addUniform(linked, uniform)) linked->keepable = false;
+    for (GLint i = 0; i < count; ++i) {
+        GLsizei length = 0;
+        GLint elements = 0;
+        GLenum type = 0;
+        name.assign(static_cast<size_t>(longest) + 1, '\0');
+        driver.glGetActiveUniform(linked->driverProgram, static_cast<GLuint>(i), longest + 1, &length, &elements, &type,
+                                  name.data());
+        name.resize(static_cast<size_t>(length));
+        if (name == kViewportSizeUniform || name == kLineWidthUniform) continue; // loaded by the draw itself
+        const auto known = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                        [&](const UniformType &row) { return row.type == type; });
+        if (known == std::end(kTypes) || !addUniform(linked, *known, name, elements)) linked->keepable = false;
+    }
     placeValues(linked);
 }
 
-void loadUniform(UniformKind kind, GLint location, const void *value)
+static void zeroUniform(UniformKind kind, GLint location)
 {
-    const GLfloat *floats = static_cast<const GLfloat *>(value);
-    const GLint *integers = static_cast<const GLint *>(value);
+    static constexpr GLfloat zeros[16] = {};
+    static constexpr GLint zeroInts[4] = {};
     switch (kind) {
     case UniformKind::None:
         return;
     case UniformKind::Int1:
-        return driver.glUniform1iv(location, 1, integers);
+        return driver.glUniform1iv(location, 1, zeroInts);
     case UniformKind::Int2:
-        return driver.glUniform2iv(location, 1, integers);
+        return driver.glUniform2iv(location, 1, zeroInts);
     case UniformKind::Int3:
-        return driver.glUniform3iv(location, 1, integers);
+        return driver.glUniform3iv(location, 1, zeroInts);
     case UniformKind::Int4:
-        return driver.glUniform4iv(location, 1, integers);
+        return driver.glUniform4iv(location, 1, zeroInts);
     case UniformKind::Float1:
-        return driver.glUniform1fv(location, 1, floats);
+        return driver.glUniform1fv(location, 1, zeros);
     case UniformKind::Float2:
-        return driver.glUniform2fv(location, 1, floats);
+        return driver.glUniform2fv(location, 1, zeros);
     case UniformKind::Float3:
-        return driver.glUniform3fv(location, 1, floats);
+        return driver.glUniform3fv(location, 1, zeros);
     case UniformKind::Float4:
-        return driver.glUniform4fv(location, 1, floats);
+        return driver.glUniform4fv(location, 1, zeros);
     case UniformKind::Matrix2:
-        return driver.glUniformMatrix2fv(location, 1, GL_FALSE, floats);
+        return driver.glUniformMatrix2fv(location, 1, GL_FALSE, zeros);
     case UniformKind::Matrix3:
-        return driver.glUniformMatrix3fv(location, 1, GL_FALSE, floats);
+        return driver.glUniformMatrix3fv(location, 1, GL_FALSE, zeros);
     case UniformKind::Matrix4:
-        return driver.glUniformMatrix4fv(location, 1, GL_FALSE, floats);
+        return driver.glUniformMatrix4fv(location, 1, GL_FALSE, zeros);
     }
 }
 
 void zeroUniforms(LinkedProgram *linked)
 {
-    static constexpr uint32_t zeros[kMaxUniformWords] = {}; // of floats as of integers
     driver.glUseProgram(linked->driverProgram);
     for (size_t location = 0; location < linked->uniforms.size(); ++location) {
-        loadUniform(linked->uniforms[location].kind, static_cast<GLint>(location), zeros);
+        zeroUniform(linked->uniforms[location].kind, static_cast<GLint>(location));
         linked->uniforms[location].heldKind = linked->uniforms[location].kind;
     }
     std::fill(linked->values.begin(), linked->values.end(), 0u);
