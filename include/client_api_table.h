@@ -4,16 +4,17 @@
 // pointer-sized. Needs the GL types of a Khronos header before it.
 #pragma once
 
+#include <assert.h>
 #include <stdint.h>
 
-struct ClientAPIFunctions {
+typedef struct ClientAPIFunctions {
     void *(*createContext)(void *shareContext, void *config, const void *attributes, uint32_t tlsIndex, void *extra);
     int (*destroyContext)(void *context);
     int (*setBuffers)(void *context, void *drawSurface, void *readSurface);
     void *(*checkValidity)(void *x);
     void *(*selectContext)(void *x);
-    void (*flush)();
-    void (*finish)();
+    void (*flush)(void);
+    void (*finish)(void);
     void (*getIntegerv)(GLenum pname, GLint *params);
     void (*scissor)(GLint x, GLint y, GLsizei width, GLsizei height);
     void (*viewport)(GLint x, GLint y, GLsizei width, GLsizei height);
@@ -26,5 +27,5 @@ struct ClientAPIFunctions {
     int (*createClientSurface)(void *unused, void *surface);
     int (*destroyClientSurface)(void *surface);
     int (*queryClientCapability)(void *a, void *b);
-};
+} ClientAPIFunctions;
 static_assert(sizeof(ClientAPIFunctions) == 19 * sizeof(void *));

@@ -134,6 +134,17 @@ check_linked_by_path() { # PREFIX LIB FOLDER
     expect_part 'a vendor entry point acts' 'outside: 255 0 51' "$output"
 }
 
+# Those who bring the libraries to a device write C or C++.
+check_headers() { # FOLDER
+    local flags compiler
+    read -ra flags <<<"$(pkg-config --cflags trl20)"
+    printf '#include <%s>\n' GLES/gl.h client_api_table.h vsp.h GLES/glext_trl20.h >"$1/headers.c"
+    for compiler in "${CC:-cc} -std=c11 -x c" "${CXX:-c++} -std=c++11 -x c++"; do
+        expect_status "the headers with $compiler" 0 \
+            $compiler -Wall -Wextra -Werror -fsyntax-only "${flags[@]}" "$1/headers.c"
+    done
+}
+
 check_files() { # PREFIX LIB SOURCE
     local file
     for file in libEGL.so.1 libGLESv1_CM_trl20.so; do
@@ -157,4 +168,5 @@ check_installed_tree() { # PREFIX LIB SCRATCH VERSION SOURCE
     check_refusals "$1" "$3"
     check_other_commands "$1" "$4"
     check_linked_by_path "$1" "$2" "$3"
+    check_headers "$3"
 }
