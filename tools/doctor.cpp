@@ -1,160 +1,216 @@
 // SPDX-License-Identifier: MIT
-// Says which driver the backend finds on this machine, what it can do, and what is emulated over it and how.
+// Says in one screen whether OpenGL ES 1.1 programs will run here: which driver the backend finds, what it can do, what
+// is done where it cannot, and what to do when something is missing.
+//   trl20_doctor FOLDER    the folder of the libraries
+//   trl20_doctor --brief   the line that belongs above benchmark results
+// Exit status: 0 this machine will do, 1 it will not, 2 called wrongly.
+#include "drawing_trial.h"
 #include "driver.h"
 #include "driver_abilities.h"
+#include "off_screen.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <dlfcn.h>
+#include <filesystem>
 #include <string>
+#include <unistd.h>
+#include <vector>
 
 namespace {
 
 struct Row {
     const char *ability;
     bool present;
-    const char *whenPresent; // what the emulation does with it
+    const char *whenPresent; // what becomes of it
     const char *whenAbsent;
 };
 
-const char *orEmpty(const void *text)
+std::string textOf(const void *text)
 {
     return text ? static_cast<const char *>(text) : "";
 }
 
-const char *driverText(GLenum name)
+std::string driverText(GLenum name)
 {
-    return orEmpty(driver.glGetString(name));
+    return textOf(driver.glGetString(name));
 }
 
-void advise(const char *problem)
+void printField(const char *name, const std::string &text)
 {
-    printf("%s\n\n"
-           "What to do on Debian 12:\n"
-           "  ./trl20 setup                installs all of the following\n"
-           "  libegl1 libgles2             the libraries that find a driver\n"
-           "  libegl-mesa0 libgl1-mesa-dri a driver that needs no graphics card\n"
-           "A driver elsewhere is named by TRL20_DRIVER_EGL and TRL20_DRIVER_GLES2 (paths of libEGL.so.1 and "
-           "libGLESv2.so.2).\n",
-           problem);
+    printf("%-12s%s\n", name, text.c_str());
 }
 
-// Without a display server first: it is what the demos and the tests use.
-EGLDisplay openDisplay(const char *&platform)
+// Of a driver's long name the beginning, so that its line stays one of 80 columns.
+std::string fitted(const std::string &text)
 {
-    const char *extensions = machineEgl.eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
-    const auto getPlatformDisplay = reinterpret_cast<PFNEGLGETPLATFORMDISPLAYEXTPROC>(
-        reinterpret_cast<void *>(machineEgl.eglGetProcAddress("eglGetPlatformDisplayEXT")));
-    if (hasExtension(extensions, "EGL_MESA_platform_surfaceless") && getPlatformDisplay) {
-        platform = "surfaceless";
-        const EGLDisplay display = getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-        if (machineEgl.eglInitialize(display, nullptr, nullptr)) return display;
+    constexpr size_t kColumns = 80 - 12;
+    return text.size() > kColumns ? text.substr(0, kColumns - 3) + "..." : text;
+}
+
+int refuse(const std::string &problem, const std::vector<std::string> &advice)
+{
+    printf("This machine will not do: %s.\n\nWhat to do:\n", problem.c_str());
+    for (const std::string &line : advice)
+        printf("  %s\n", line.c_str());
+    return 1;
+}
+
+// Of a variable that names a driver file: it is the first suspect.
+std::string adviseOn(const char *variable)
+{
+    const char *file = getenv(variable);
+    if (!file || !*file) return {};
+    if (!dlopen(file, RTLD_NOW | RTLD_LOCAL)) return std::string(variable) + ": " + dlerror();
+    return std::string(variable) + " names " + file;
+}
+
+std::vector<std::string> driverAdvice()
+{
+    std::vector<std::string> advice;
+    for (const char *variable : {"TRL20_DRIVER_EGL", "TRL20_DRIVER_GLES2"}) {
+        const std::string found = adviseOn(variable);
+        if (!found.empty()) advice.push_back(found);
     }
-    platform = "default";
-    const EGLDisplay display = machineEgl.eglGetDisplay(EGL_DEFAULT_DISPLAY);
-    return machineEgl.eglInitialize(display, nullptr, nullptr) ? display : EGL_NO_DISPLAY;
+    if (!advice.empty()) {
+        advice.push_back("Unset this, or name the right file.");
+        return advice;
+    }
+    return {"On Debian: apt-get install libegl1 libgles2 libgl1-mesa-dri",
+            "A driver in another place is named by TRL20_DRIVER_EGL (its libEGL.so.1) and",
+            "TRL20_DRIVER_GLES2 (its libGLESv2.so.2)."};
 }
 
-EGLContext createContext(EGLDisplay display, EGLint renderable, EGLint version, EGLConfig &config)
+int refuseContext(const std::string &failedCall)
 {
-    const EGLint wanted[] = {EGL_RENDERABLE_TYPE, renderable, EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_NONE};
-    const EGLint attributes[] = {EGL_CONTEXT_CLIENT_VERSION, version, EGL_NONE};
-    EGLint count = 0;
-    machineEgl.eglBindAPI(EGL_OPENGL_ES_API);
-    if (!machineEgl.eglChooseConfig(display, wanted, &config, 1, &count) || !count) return EGL_NO_CONTEXT;
-    return machineEgl.eglCreateContext(display, config, EGL_NO_CONTEXT, attributes);
+    if (failedCall == "eglInitialize") return refuse("EGL is there, but no driver behind it starts", driverAdvice());
+    return refuse("it makes no OpenGL ES 2.0 context (" + failedCall + ")", driverAdvice());
 }
 
-bool makeCurrent(EGLDisplay display, EGLContext context, EGLConfig config)
+int refuseDrawing(const std::string &failure, const std::string &folder)
 {
-    const auto createPbuffer = reinterpret_cast<PFNEGLCREATEPBUFFERSURFACEPROC>(
-        reinterpret_cast<void *>(machineEgl.eglGetProcAddress("eglCreatePbufferSurface")));
-    const EGLint size[] = {EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
-    const EGLSurface surface = createPbuffer ? createPbuffer(display, config, size) : EGL_NO_SURFACE;
-    return machineEgl.eglMakeCurrent(display, surface, surface, context);
+    std::vector<std::string> advice = {
+        "The driver works. What failed:",
+        "  " + failure,
+        "The libraries are in " + folder + ".",
+        "Install or build trl20 again, and leave TRL20_GLES1_LIBRARY unset.",
+    };
+    if (access("orvala_panel.txt", R_OK) == 0)
+        advice.push_back("orvala_panel.txt in this folder changes how they run: try another folder.");
+    return refuse("drawing through trl20 failed", advice);
+}
+
+// The driver's own word for drawing on the processor; false also when EGL cannot tell.
+bool drawsOnProcessor(EGLDisplay display)
+{
+    const auto queryDisplay = reinterpret_cast<PFNEGLQUERYDISPLAYATTRIBEXTPROC>(
+        reinterpret_cast<void *>(machineEgl.eglGetProcAddress("eglQueryDisplayAttribEXT")));
+    const auto queryDevice = reinterpret_cast<PFNEGLQUERYDEVICESTRINGEXTPROC>(
+        reinterpret_cast<void *>(machineEgl.eglGetProcAddress("eglQueryDeviceStringEXT")));
+    EGLAttrib device = 0;
+    if (!queryDisplay || !queryDevice || !queryDisplay(display, EGL_DEVICE_EXT, &device) || !device) return false;
+    const char *extensions = queryDevice(reinterpret_cast<EGLDeviceEXT>(device), EGL_EXTENSIONS);
+    return hasExtension(extensions, "EGL_MESA_device_software");
+}
+
+// Why the processor draws: no card, no right to open it, or no driver for it.
+std::string reasonForProcessor()
+{
+    std::error_code ignored;
+    for (const auto &entry : std::filesystem::directory_iterator("/dev/dri", ignored)) {
+        const std::string path = entry.path().string();
+        if (path.find("/renderD") == std::string::npos) continue;
+        if (access(path.c_str(), R_OK | W_OK) == 0) return "the graphics card has no driver (libgl1-mesa-dri)";
+        return path + " is closed; join group render";
+    }
+    return "no graphics card is seen in /dev/dri";
+}
+
+void printDriver(const OffScreen &screen)
+{
+    const auto egl = [&](EGLint name) { return textOf(machineEgl.eglQueryString(screen.display, name)); };
+    printField("driver", fitted(driverText(GL_RENDERER)));
+    printField("", fitted(driverText(GL_VENDOR) + ", " + driverText(GL_VERSION)));
+    if (drawsOnProcessor(screen.display)) printField("", "on the processor: " + reasonForProcessor());
+    printField("EGL", fitted(egl(EGL_VENDOR) + ", " + egl(EGL_VERSION) + ", on the " + screen.platform + " platform"));
+}
+
+void printWindows()
+{
+    const char *wayland = getenv("WAYLAND_DISPLAY");
+    const char *x11 = getenv("DISPLAY");
+    if (wayland && *wayland)
+        printField("windows", std::string("on the Wayland display ") + wayland);
+    else if (x11 && *x11)
+        printField("windows", std::string("on the X11 display ") + x11);
+    else
+        printField("windows", "none: no display here. xvfb-run trl20 run PROGRAM makes one");
 }
 
 void printAbilities()
 {
     const DriverAbilities abilities = readDriverAbilities();
-    const char *extensions = driverText(GL_EXTENSIONS);
-    const auto has = [&](const char *name) { return hasExtension(extensions, name); };
     const bool geometry = abilities.geometryEssl320 || !abilities.geometryExtensionEssl310.empty();
-    const bool external = has("GL_OES_EGL_image_external");
     const Row rows[] = {
-        {"highp in fragment shaders", abilities.fragmentHighp, "fragments are computed in full precision",
-         "fragments are computed in mediump: less exact colours, texture coordinates and fog"},
-        {"ES 3 shaders", abilities.essl300, "flat shading uses flat outputs of ESSL 3.00",
-         "flat shading is drawn smooth, and says so once"},
-        {"geometry shaders", geometry, "smooth lines become rectangles with soft edges",
-         "smooth lines are drawn without their soft edge"},
-        {"external images", external, "textures from EGL images of video frames work",
-         "textures from EGL images of video frames are refused"},
-        {"external images in ES 3 shaders", abilities.externalImageEssl300, "also with flat shading and smooth lines",
-         "flat shading and smooth lines fall back when one is bound"},
-        {"ETC1 textures", has("GL_OES_compressed_ETC1_RGB8_texture"), "handed to the driver", "refused"},
-        {"framebuffer fetch", has("GL_EXT_shader_framebuffer_fetch"),
-         "not used: logic operations are accepted and have no effect",
-         "logic operations are accepted and have no effect"},
-        {"performance monitors", has("GL_AMD_performance_monitor"),
-         "not used: the monitor calls raise GL_INVALID_OPERATION", "the monitor calls raise GL_INVALID_OPERATION"},
+        {"precise fragment colours", abilities.fragmentHighp, "full precision", "mediump: less exact colours and fog"},
+        {"flat shading", abilities.essl300, "flat outputs of ES 3 shaders", "by the processor"},
+        {"soft edges of lines", geometry, "by geometry shaders", "by the processor"},
+        {"wide lines", abilities.widestLine > 1.0f, "by the driver", geometry ? "by geometry shaders" : "by the processor"},
+        {"images of video frames", driverHas("GL_OES_EGL_image_external"), "as external textures", "refused"},
+        {"ETC1 textures", driverHas("GL_OES_compressed_ETC1_RGB8_texture"), "by the driver", "refused"},
+        {"performance monitors", driverHas("GL_AMD_performance_monitor"), "by the driver", "refused"},
     };
+    printf("\nWhat the driver can do beyond OpenGL ES 2.0, and what becomes of it:\n");
     for (const Row &row : rows)
-        printf("  %-32s %-4s %s\n", row.ability, row.present ? "yes" : "no",
+        printf("  %-28s%-5s%s\n", row.ability, row.present ? "yes" : "no",
                row.present ? row.whenPresent : row.whenAbsent);
+    printf("\nEverything else of OpenGL ES 1.1 needs no more than OpenGL ES 2.0: lights, fog,\n"
+           "texture environments, alpha test and the clip plane become generated shaders,\n"
+           "paletted textures are expanded on the processor.\n");
 }
 
-void printAlways()
+// Returns the call that failed; null: the machine's EGL makes contexts of this version.
+const char *probeContext(EGLint version)
 {
-    printf("\nWhatever the driver:\n"
-           "  fixed functions                  generated vertex and fragment shaders, one pair for each state\n"
-           "  alpha test, fog, clip plane      in the generated shaders\n"
-           "  paletted textures                expanded on the processor, all ten formats with their mipmaps\n"
-           "  matrix palette                   in the vertex shader, up to twenty matrices\n"
-           "  draw-texture                     a generated rectangle\n");
+    const OffScreen screen = enterOffScreen(machineEgl, version);
+    leaveOffScreen(machineEgl, screen);
+    return screen.failure;
+}
+
+int examine(const std::string &folder)
+{
+    if (const char *failedCall = probeContext(2)) return refuseContext(failedCall);
+    const bool ownEs1 = !probeContext(1);
+    const std::string failure = tryDrawing(folder);
+    if (!failure.empty()) return refuseDrawing(failure, folder);
+
+    const OffScreen screen = enterOffScreen(machineEgl, 2);
+    printf("This machine will do: a triangle was drawn through trl20 as it should be.\n\n");
+    printDriver(screen);
+    printField("own ES 1.1", ownEs1 ? "there, and not used by trl20" : "none, and none is needed");
+    printField("libraries", folder);
+    printWindows();
+    printAbilities();
+    return 0;
+}
+
+int printBrief()
+{
+    if (enterOffScreen(machineEgl, 2).failure) return 1;
+    printf("driver: %s, %s\n", driverText(GL_RENDERER).c_str(), driverText(GL_VERSION).c_str());
+    return 0;
 }
 
 } // namespace
 
-// --brief: the lines that belong above benchmark results.
 int main(int argc, char **argv)
 {
-    const bool brief = argc == 2 && strcmp(argv[1], "--brief") == 0;
-    if (argc > 1 && !brief) {
-        fprintf(stderr, "usage: trl20_doctor [--brief]\n");
+    if (argc != 2) {
+        fprintf(stderr, "usage: trl20_doctor FOLDER | --brief\n");
         return 2;
     }
-    if (!loadDriver()) {
-        advise("No OpenGL ES 2.0 driver was found.");
-        return 1;
-    }
-    const char *platform = "";
-    const EGLDisplay display = openDisplay(platform);
-    if (display == EGL_NO_DISPLAY) {
-        advise("EGL is there, but no driver behind it could be started.");
-        return 1;
-    }
-    // A context of version 2 tells the driver's highest ES version: that is what the backend gets, too.
-    EGLConfig config = nullptr;
-    const EGLContext context = createContext(display, EGL_OPENGL_ES2_BIT, 2, config);
-    if (context == EGL_NO_CONTEXT || !makeCurrent(display, context, config)) {
-        advise("EGL is there, but it makes no OpenGL ES 2.0 context.");
-        return 1;
-    }
-    if (brief) {
-        printf("driver: %s, %s\n", driverText(GL_RENDERER), driverText(GL_VERSION));
-        return 0;
-    }
-    EGLConfig es1Config = nullptr;
-    const bool ownEs1 = createContext(display, EGL_OPENGL_ES_BIT, 1, es1Config) != EGL_NO_CONTEXT;
-    printf("EGL         %s, %s, opened on the %s platform\n", orEmpty(machineEgl.eglQueryString(display, EGL_VENDOR)),
-           orEmpty(machineEgl.eglQueryString(display, EGL_VERSION)), platform);
-    printf("driver      %s\nrenderer    %s\nversion     %s\n", driverText(GL_VENDOR), driverText(GL_RENDERER),
-           driverText(GL_VERSION));
-    printf("own ES 1.1  %s\n", ownEs1 ? "yes: the demos and the picture tests compare with it; it is not used otherwise"
-                                      : "no: the demos and the picture tests have nothing to compare with");
-    printf("\nWhat the driver can do, and what becomes of it:\n");
-    printAbilities();
-    printAlways();
-    return 0;
+    const bool brief = strcmp(argv[1], "--brief") == 0;
+    if (!loadDriver()) return brief ? 1 : refuse("it has no OpenGL ES 2.0 driver", driverAdvice());
+    return brief ? printBrief() : examine(argv[1]);
 }

@@ -2,25 +2,8 @@
 # What must hold for every installed tree, however it came there. Sourced by check_install.sh and check_deb.sh.
 
 tests=$(dirname -- "${BASH_SOURCE[0]}")
-failures=0
-# shellcheck disable=SC2034 # for the scripts that source this
-skipped=77 # tells ctest that the test could not run
-
-expect() { # WHAT EXPECTED ACTUAL
-    [ "$2" = "$3" ] && return
-    printf '%s\n  expected: %s\n  actual:   %s\n' "$1" "$2" "$3"
-    failures=$((failures + 1))
-}
-expect_part() { # WHAT PART ACTUAL
-    [[ $3 == *"$2"* ]] && return
-    printf '%s\n  expected part: %s\n  actual:        %s\n' "$1" "$2" "$3"
-    failures=$((failures + 1))
-}
-expect_status() { # WHAT STATUS COMMAND...
-    local status=0
-    "${@:3}" >/dev/null 2>&1 || status=$?
-    expect "$1" "$2" "$status"
-}
+# shellcheck source=tests/support/expect.bash
+source "$tests/../support/expect.bash"
 
 # Files and links below a folder, and the folders that are empty.
 list_tree() { # FOLDER

@@ -22,12 +22,12 @@ EGLDisplay openDisplay()
     return display;
 }
 
-EGLConfig chooseConfig(EGLDisplay display)
+EGLConfig chooseConfig(EGLDisplay display, EGLint api)
 {
     const EGLint wanted[] = {EGL_SURFACE_TYPE,
                              EGL_PBUFFER_BIT,
                              EGL_RENDERABLE_TYPE,
-                             EGL_OPENGL_ES_BIT,
+                             api,
                              EGL_RED_SIZE,
                              8,
                              EGL_GREEN_SIZE,
@@ -46,6 +46,6 @@ EGLConfig chooseConfig(EGLDisplay display)
     EGLConfig config = nullptr;
     EGLint count = 0;
     if (!eglChooseConfig(display, wanted, &config, 1, &count) || count < 1)
-        failEgl("no ES 1 configuration with pbuffers");
+        failEgl("no configuration with pbuffers for this API");
     return config;
 }

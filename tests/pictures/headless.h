@@ -10,5 +10,6 @@
 /// The surfaceless display, initialised. Ends the program without one.
 EGLDisplay openDisplay();
 
-/// An ES 1 configuration for pbuffers: RGBA 8888, 24 bits of depth, 8 of stencil, no samples.
-EGLConfig chooseConfig(EGLDisplay display);
+/// A configuration of an API (an EGL_OPENGL_ES_BIT) for pbuffers: RGBA 8888, 24 bits of depth, 8 of stencil, no
+/// samples.
+EGLConfig chooseConfig(EGLDisplay display, EGLint api = EGL_OPENGL_ES_BIT);

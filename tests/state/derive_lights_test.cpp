@@ -141,6 +141,32 @@ TEST_F(DeriveLights, ZeroMasksCountDisabledLightsAndProductsThatAreNowherePositi
     EXPECT_EQ(ctx->lighting.zeroDiffuseMask, 0xFFu);
 }
 
+TEST_F(DeriveLights, OnePositiveComponentIsEnoughToCountAsLight)
+{
+    setMaterial(GL_AMBIENT, {1, 1, 1, 1});
+    setMaterial(GL_DIFFUSE, {1, 1, 1, 1});
+    setMaterial(GL_SPECULAR, {1, 1, 1, 1});
+    glEnable(GL_LIGHT5);
+    for (size_t component = 0; component < 4; ++component) {
+        SCOPED_TRACE(component);
+        Vec4 color = {0, -1, 0, 0};
+        for (const GLenum pname : {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR})
+            setColor(GL_LIGHT5, pname, color);
+        derive();
+        EXPECT_EQ(ctx->lighting.zeroAmbientMask, 0xFFu);
+        EXPECT_EQ(ctx->lighting.zeroDiffuseMask, 0xFFu);
+        EXPECT_EQ(ctx->lighting.zeroSpecularMask, 0xFFu);
+
+        color[component] = 0.001f;
+        for (const GLenum pname : {GL_AMBIENT, GL_DIFFUSE, GL_SPECULAR})
+            setColor(GL_LIGHT5, pname, color);
+        derive();
+        EXPECT_EQ(ctx->lighting.zeroAmbientMask, 0xDFu);
+        EXPECT_EQ(ctx->lighting.zeroDiffuseMask, 0xDFu);
+        EXPECT_EQ(ctx->lighting.zeroSpecularMask, 0xDFu);
+    }
+}
+
 TEST_F(DeriveLights, NaNProductsAreNotPositive)
 {
     setColor(GL_LIGHT0, GL_AMBIENT, {kNaN, 0, 0, 0});
@@ -154,6 +180,8 @@ TEST_F(DeriveLights, OnlyMarkedLightsAreWorkedAndTheMarksAreCleared)
     ctx->lighting.lights[4].enabled = 1;
     ctx->lighting.geometryDirty = 1u << 4;
     ctx->lighting.colorDirty[0] = ctx->lighting.colorDirty[1] = 1u << 3;
+    ctx->lighting.sceneColorDirty = 1;
+    ctx->lighting.change = LIGHTING_TWO_SIDE;
     derive();
     EXPECT_EQ(ctx->lighting.directionalMask, 0x10u);
     EXPECT_EQ(ctx->lighting.zeroAmbientMask, 0xF7u);
@@ -161,4 +189,5 @@ TEST_F(DeriveLights, OnlyMarkedLightsAreWorkedAndTheMarksAreCleared)
     EXPECT_EQ(ctx->lighting.colorDirty[0], 0u);
     EXPECT_EQ(ctx->lighting.colorDirty[1], 0u);
     EXPECT_EQ(ctx->lighting.sceneColorDirty, 0u);
+    EXPECT_EQ(ctx->lighting.change, 0u);
 }

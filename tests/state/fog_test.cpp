@@ -30,6 +30,36 @@ TEST_F(Fog, DensityMayNotBeNegative)
     EXPECT_TRUE(std::isnan(ctx->fog.density));
 }
 
+TEST_F(Fog, EverySuccessMarksTheFog)
+{
+    const struct {
+        GLenum pname;
+        GLfloat value;
+    } cases[] = {{GL_FOG_DENSITY, 1},   {GL_FOG_START, 1}, {GL_FOG_END, 1},
+                 {GL_FOG_MODE, GL_EXP}, {GL_FOG_COLOR, 1}, {0x8450, 0x8452}};
+    for (const auto &c : cases) {
+        ctx->dirty = 0;
+        glFogf(c.pname, c.value);
+        EXPECT_EQ(ctx->dirty, 0x10000u) << std::hex << c.pname;
+    }
+}
+
+TEST_F(Fog, EachParameterIsKeptApart)
+{
+    const GLfloat color[4] = {5, 6, 7, 8};
+    glFogf(GL_FOG_END, 4.0f);
+    glFogf(GL_FOG_START, 3.0f);
+    glFogf(GL_FOG_DENSITY, 2.0f);
+    EXPECT_EQ(ctx->fog.density, 2.0f);
+    EXPECT_EQ(ctx->fog.start, 3.0f);
+    EXPECT_EQ(ctx->fog.end, 4.0f);
+    EXPECT_EQ(values(ctx->fog.color), (Vec4{0, 0, 0, 0}));
+    glFogfv(GL_FOG_COLOR, color);
+    EXPECT_EQ(values(ctx->fog.color), (Vec4{5, 6, 7, 8}));
+    EXPECT_EQ(ctx->fog.mode, GLenum(GL_EXP));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
 TEST_F(Fog, StartAndEndMayBeNegative)
 {
     expectAccepted([] { glFogf(GL_FOG_START, -4.0f); });

@@ -86,6 +86,14 @@ TEST_F(Lights, PositionUnderAnIdentityModelviewIsCopied)
     EXPECT_EQ(values(light(7).positionGiven), (Vec4{1, -2, 3, 1}));
     EXPECT_EQ(ctx->lighting.geometryDirty, 1u << 7);
     EXPECT_EQ(ctx->lighting.colorDirty[0], 0u);
+
+    // A product with zeros would make NaN of the other components.
+    constexpr GLfloat infinity = std::numeric_limits<GLfloat>::infinity();
+    const GLfloat far[4] = {infinity, 2, 3, 1};
+    glLightfv(GL_LIGHT7, GL_POSITION, far);
+    EXPECT_EQ(values(light(7).position), (Vec4{infinity, 2, 3, 1}));
+    glLightfv(GL_LIGHT7, GL_SPOT_DIRECTION, far);
+    EXPECT_EQ(values(light(7).spotDirection), (Vec3{infinity, 2, 3}));
 }
 
 TEST_F(Lights, PositionIsDividedByAWOtherThanZeroAndOne)
@@ -250,8 +258,12 @@ TEST_F(Lights, DrawsAreMarkedOnlyWithLightingOnAndAfterSuccess)
     clearMarks(ctx);
     glLightf(GL_LIGHT0, GL_LINEAR_ATTENUATION, -1.0f);
     EXPECT_EQ(ctx->dirty, 0u);
-    glLightf(GL_LIGHT0, GL_LINEAR_ATTENUATION, 2.0f);
-    EXPECT_EQ(ctx->dirty, uint32_t(DIRTY_ENABLES));
+    const GLfloat params[4] = {1, 0, 0, 0};
+    for (GLenum pname = GL_AMBIENT; pname <= GL_QUADRATIC_ATTENUATION; ++pname) {
+        clearMarks(ctx);
+        glLightfv(GL_LIGHT0, pname, params);
+        EXPECT_EQ(ctx->dirty, 0x4u) << std::hex << pname;
+    }
 }
 
 TEST_F(Lights, FixedFormsDivideBy65536)

@@ -44,8 +44,10 @@ TEST_F(Materials, EachColorIsStoredUnclampedWithItsOwnMarks)
     for (const Case &c : cases) {
         SCOPED_TRACE(testing::Message() << std::hex << c.pname);
         clearMarks(ctx);
-        glMaterialfv(GL_FRONT_AND_BACK, c.pname, color);
-        EXPECT_EQ(values(lighting().material.*c.place), stored);
+        Material expected = lighting().material;
+        std::copy_n(color, 4, expected.*c.place);
+        expectAccepted([&] { glMaterialfv(GL_FRONT_AND_BACK, c.pname, color); });
+        EXPECT_EQ(std::memcmp(&expected, &lighting().material, sizeof(expected)), 0) << "this colour and no other";
         EXPECT_EQ(lighting().change, c.change);
         EXPECT_EQ(lighting().colorDirty[0], c.colorMask);
         EXPECT_EQ(lighting().colorDirty[1], c.colorMask);
@@ -117,7 +119,31 @@ TEST_F(Materials, FixedFormsDivideBy65536)
     EXPECT_EQ(values(lighting().material.emission), (Vec4{1, 0.5f, -1, 0}));
     glMaterialx(GL_FRONT_AND_BACK, GL_SHININESS, 20 << 16);
     EXPECT_EQ(lighting().material.shininess, 20.0f);
+    const GLfixed thirty = 30 << 16;
+    glMaterialxv(GL_FRONT_AND_BACK, GL_SHININESS, &thirty);
+    EXPECT_EQ(lighting().material.shininess, 30.0f);
+    const Vec4 converted = {1, 0.5f, -1, 0};
+    glMaterialxv(GL_FRONT_AND_BACK, GL_AMBIENT, fixed);
+    EXPECT_EQ(values(lighting().material.ambient), converted);
+    glMaterialxv(GL_FRONT_AND_BACK, GL_DIFFUSE, fixed);
+    EXPECT_EQ(values(lighting().material.diffuse), converted);
+    glMaterialxv(GL_FRONT_AND_BACK, GL_SPECULAR, fixed);
+    EXPECT_EQ(values(lighting().material.specular), converted);
+    const GLfixed both[4] = {0x20000, 0, 0x4000, 0x10000};
+    glMaterialxv(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE, both);
+    EXPECT_EQ(values(lighting().material.ambient), (Vec4{2, 0, 0.25f, 1}));
+    EXPECT_EQ(values(lighting().material.diffuse), (Vec4{2, 0, 0.25f, 1}));
     expectOnlyError(ctx, GL_INVALID_ENUM, [] { glMaterialxv(GL_FRONT_AND_BACK, GL_POSITION, nullptr); });
+}
+
+TEST_F(Materials, ScalarFormOfAColorSetsItsRed)
+{
+    expectAccepted([] { glMaterialf(GL_FRONT_AND_BACK, GL_DIFFUSE, 0.5f); });
+    EXPECT_EQ(values(lighting().material.diffuse), (Vec4{0.5f, 0, 0, 0}));
+    expectAccepted([] { glMaterialx(GL_FRONT_AND_BACK, GL_AMBIENT, 0x4000); });
+    EXPECT_EQ(values(lighting().material.ambient), (Vec4{0.25f, 0, 0, 0}));
+    expectAccepted([] { glLightModelf(GL_LIGHT_MODEL_AMBIENT, 0.75f); });
+    EXPECT_EQ(values(lighting().model.ambient), (Vec4{0.75f, 0, 0, 0}));
 }
 
 TEST_F(LightModels, TwoSideIsTrueForAnythingButZeroAndMarksOnlyChanges)

@@ -30,6 +30,21 @@ TEST_F(Palette, StartsAsIdentitiesAllMarked)
     }
 }
 
+TEST_F(Palette, InitialisationSetsEveryFieldAgain)
+{
+    ctx->palette.currentIndex = 3;
+    ctx->palette.secondWord = 3;
+    ctx->palette.nonOrthogonal = 3;
+    glMatrixMode(GL_MATRIX_PALETTE_OES);
+    glTranslatef(1, 2, 3);
+    initTransform(ctx);
+    EXPECT_EQ(ctx->palette.currentIndex, 0u);
+    EXPECT_EQ(ctx->palette.secondWord, 0u);
+    EXPECT_EQ(ctx->palette.nonOrthogonal, 0u);
+    EXPECT_EQ(ctx->palette.dirty, 0xFFFFFu);
+    EXPECT_EQ(matrixOf(ctx, 0).f[12], 0.0f);
+}
+
 TEST_F(Palette, IndexRunsTo19)
 {
     expectAccepted([] { glCurrentPaletteMatrixOES(19); });
@@ -122,19 +137,31 @@ TEST_F(PaletteArrays, WeightRecordsTheBufferEvenWhenItFails)
     EXPECT_EQ(ctx->arrays.weight.size, before.size);
     EXPECT_EQ(ctx->arrays.weight.pointer, before.pointer);
     EXPECT_EQ(ctx->dirty, 0u);
+
+    glBindBuffer(GL_ARRAY_BUFFER, 8);
+    glWeightPointerOES(3, GL_UNSIGNED_SHORT, 4, data);
+    EXPECT_EQ(glGetError(), GLenum(GL_INVALID_ENUM));
+    EXPECT_EQ(ctx->arrays.weight.buffer, 8u);
+    EXPECT_EQ(ctx->arrays.weight.size, before.size);
 }
 
 TEST_F(PaletteArrays, TheSameSizeAndTypeAreNotCheckedAgain)
 {
     glWeightPointerOES(3, GL_FLOAT, 0, data);
     glMatrixIndexPointerOES(3, GL_UNSIGNED_BYTE, 0, data);
+    glBindBuffer(GL_ARRAY_BUFFER, 4);
     clearMarks(ctx);
     expectAccepted([&] { glWeightPointerOES(3, GL_FLOAT, -8, data + 1); });
     EXPECT_EQ(ctx->arrays.weight.strideBytes, -8);
     EXPECT_EQ(ctx->arrays.weight.pointer, data + 1);
+    EXPECT_EQ(ctx->arrays.weight.buffer, 4u);
     EXPECT_EQ(ctx->dirty, 0x8u);
+    clearMarks(ctx);
     expectAccepted([&] { glMatrixIndexPointerOES(3, GL_UNSIGNED_BYTE, -8, data + 1); });
     EXPECT_EQ(ctx->arrays.matrixIndex.strideBytes, -8);
+    EXPECT_EQ(ctx->arrays.matrixIndex.pointer, data + 1);
+    EXPECT_EQ(ctx->arrays.matrixIndex.buffer, 4u);
+    EXPECT_EQ(ctx->dirty, 0x8u);
     EXPECT_EQ(ctx->transform.uniformDirty, 0u);
 }
 
@@ -165,7 +192,11 @@ TEST_F(PaletteArrays, IndexTypeIsCheckedFirstAndThenLeavesTheBufferAlone)
     EXPECT_EQ(glGetError(), GLenum(GL_INVALID_VALUE));
     EXPECT_EQ(ctx->arrays.matrixIndex.buffer, 8u);
     EXPECT_EQ(ctx->arrays.matrixIndex.pointer, nullptr);
-    expectAccepted([&] { glMatrixIndexPointerOES(-1, GL_UNSIGNED_BYTE, 0, data); });
+    EXPECT_EQ(ctx->dirty, 0u);
+    for (const GLint size : {4, 0, -1}) {
+        expectAccepted([&] { glMatrixIndexPointerOES(size, GL_UNSIGNED_BYTE, 0, data); });
+        EXPECT_EQ(ctx->arrays.matrixIndex.size, size);
+    }
 }
 
 TEST_F(PaletteArrays, UnitsAreTheWeightSizeFromZeroToFour)

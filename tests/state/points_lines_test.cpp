@@ -75,6 +75,28 @@ TEST_F(Points, TheMinimumOverwritesTheMaximum)
     EXPECT_EQ(ctx->pointLine.pointSizeMax, 60.0f);
 }
 
+TEST_F(Points, TheOtherParametersAreKeptApart)
+{
+    const GLfloat coefficients[3] = {4, 5, 6};
+    glPointParameterfv(GL_POINT_DISTANCE_ATTENUATION, coefficients);
+    glPointParameterf(GL_POINT_FADE_THRESHOLD_SIZE, 7.0f);
+    EXPECT_EQ(values(ctx->pointLine.distanceAttenuation), (Vec3{4, 5, 6}));
+    glPointParameterf(GL_POINT_SIZE_MAX, 60.0f);
+    EXPECT_EQ(ctx->pointLine.pointFadeThreshold, 7.0f);
+    EXPECT_EQ(ctx->pointLine.pointSizeMax, 60.0f);
+    EXPECT_EQ(ctx->pointLine.pointSizeMin, 0.0f);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(Points, ScalarFormOfTheAttenuationSetsItsConstantTerm)
+{
+    expectAccepted([] { glPointParameterf(GL_POINT_DISTANCE_ATTENUATION, 2.0f); });
+    EXPECT_EQ(values(ctx->pointLine.distanceAttenuation), (Vec3{2, 0, 0}));
+    expectAccepted([] { glPointParameterx(GL_POINT_DISTANCE_ATTENUATION, 0x10000); });
+    EXPECT_EQ(values(ctx->pointLine.distanceAttenuation), (Vec3{1, 0, 0}));
+    EXPECT_EQ(ctx->pointLine.attenuationActive, 0u);
+}
+
 TEST_F(Points, SizesAboveTheLimitAreCut)
 {
     expectAccepted([] { glPointParameterf(GL_POINT_SIZE_MIN, 200.0f); });

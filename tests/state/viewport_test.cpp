@@ -25,6 +25,7 @@ TEST_F(Viewport, IsLimitedInTheContextOnly)
     EXPECT_EQ(ctx->viewport.width, 4096);
     EXPECT_EQ(ctx->viewport.height, 2048);
     EXPECT_EQ(callsOf("glViewport"), std::vector<std::string>{"glViewport(-3, 7, 100000, 100000)"});
+    EXPECT_EQ(ctx->dirty, 0u);
 }
 
 TEST_F(Viewport, UpToTheLimitIsKeptAsGiven)
@@ -69,6 +70,24 @@ TEST_F(Viewport, DepthRangeIsLimitedInTheContextOnly)
     glDepthRangex(0x4000, 0x8000);
     EXPECT_EQ(ctx->viewport.depthNear, 0.25f);
     EXPECT_EQ(takeCalls(), std::vector<std::string>{"glDepthRangef(0.25, 0.5)"});
+    EXPECT_EQ(ctx->dirty, 0u);
+}
+
+TEST_F(Viewport, MissingBackendFunctionsAreAssertionsAndTheStateIsKept)
+{
+    context.reset();
+    resetFakeBackend();
+    fakeBackend().absent = {"glGetIntegerv", "glViewport", "glDepthRangef", "glLogicOpQRN"};
+    context = std::make_unique<TestContext>();
+    ctx = context->ctx;
+    fakePlatform().assertions.clear();
+    glViewport(1, 2, 100000, 3);
+    glDepthRangef(0.25f, 0.5f);
+    glLogicOp(GL_XOR);
+    EXPECT_EQ(ctx->viewport.width, 100000); // no limit is known
+    EXPECT_EQ(ctx->viewport.depthFar, 0.5f);
+    EXPECT_EQ(fakePlatform().assertions, (std::vector<std::string>{"glGetIntegerv_2_0", "glViewport_2_0",
+                                                                   "glDepthRangef_2_0", "glLogicOpQRN_2_0"}));
 }
 
 TEST_F(Viewport, DepthRangeAndLogicOpWorkInInterfaceOnlyModeButNotWithoutContext)
@@ -123,12 +142,25 @@ TEST_F(ClipPlane, OnlyOneExists)
     expectOnlyError(ctx, GL_INVALID_ENUM, [&] { glClipPlanef(GL_CLIP_PLANE0 - 1, plane); });
 }
 
-TEST_F(ClipPlane, OfASingularModelviewIsNoError)
+TEST_F(ClipPlane, GoesThroughAllSixteenElementsOfAGeneralModelview)
 {
+    // Exchanges x and w, and is its own inverse.
+    const GLfloat matrix[16] = {0, 0, 0, 1, 0, 1, 0, 0, 0, 0, 1, 0, 1, 0, 0, 0};
+    glLoadMatrixf(matrix);
+    const GLfloat plane[4] = {1, 2, 3, 4};
+    glClipPlanef(GL_CLIP_PLANE0, plane);
+    EXPECT_EQ(values(ctx->viewport.clipPlaneEye), (Vec4{4, 2, 3, 1}));
+}
+
+TEST_F(ClipPlane, OfASingularModelviewIsNoErrorAndTakesTheMatrixAsItIs)
+{
+    glTranslatef(0, 0, 5);
     glScalef(0, 1, 1);
-    const GLfloat plane[4] = {1, 0, 0, 0};
+    const GLfloat plane[4] = {1, 2, 3, 4};
     expectAccepted([&] { glClipPlanef(GL_CLIP_PLANE0, plane); });
-    EXPECT_EQ(values(ctx->viewport.clipPlane), (Vec4{1, 0, 0, 0}));
+    // Row vector times diag(0, 1, 1, 1) with the translation (0, 0, 5): d becomes 5c + d.
+    EXPECT_EQ(values(ctx->viewport.clipPlaneEye), (Vec4{0, 2, 3, 19}));
+    EXPECT_EQ(values(ctx->viewport.clipPlane), (Vec4{1, 2, 3, 4}));
 }
 
 TEST_F(ClipPlane, FixedFormDividesBy65536)

@@ -96,6 +96,13 @@ TEST_F(DrawTexture, TheViewportsOriginPlaysNoPart)
     EXPECT_EQ(positions(), (std::vector<Vec3>{{-0.5f, -0.5f, 0}, {0.5f, -0.5f, 0}, {0.5f, 0.5f, 0}, {-0.5f, 0.5f, 0}}));
 }
 
+TEST_F(DrawTexture, AViewportAboveTheLimitCountsWithTheLimit)
+{
+    glViewport(0, 0, 100000, 100000); // the backend's limit is 4096 x 2048
+    glDrawTexfOES(0, 0, 0, 4096, 2048);
+    EXPECT_EQ(positions()[2], (Vec3{1, 1, 0}));
+}
+
 TEST_F(DrawTexture, WorksBeforeAnyViewportCallOverTheSurfacesSize)
 {
     TestContext fresh;
@@ -110,7 +117,7 @@ TEST_F(DrawTexture, DepthRunsThroughTheDepthRange)
     glDepthRangef(0.25f, 0.75f);
     const struct {
         GLfloat z, depth;
-    } cases[] = {{0.5f, 0.5f}, {-3, 0.25f}, {0, 0.25f}, {7, 0.75f}, {1, 0.75f}, {0.25f, 0.375f}};
+    } cases[] = {{0.5f, 0.5f}, {-3, 0.25f}, {0, 0.25f}, {7, 0.75f}, {1.5f, 0.75f}, {1, 0.75f}, {0.25f, 0.375f}};
     for (const auto &c : cases) {
         glDrawTexfOES(0, 0, c.z, 1, 1);
         for (const Corner &corner : corners)
@@ -166,6 +173,36 @@ TEST_F(DrawTexture, ACubeMapComesFirstWithThreeComponents)
     EXPECT_EQ(texCoords(0)[2], (Vec4{0.25f, 0.5f, 0, 1}));
     EXPECT_EQ(pointers[coordLocation(0)].size, 3);
     EXPECT_EQ(pointers[coordLocation(1)].size, 2);
+}
+
+TEST_F(DrawTexture, TheOtherUnitsEnablesDecideItsOwnCoordinates)
+{
+    useTexture(3, 128, 128, {0, 0, 64, 64});
+    glActiveTexture(GL_TEXTURE1);
+    glEnable(GL_TEXTURE_CUBE_MAP_OES);
+    glActiveTexture(GL_TEXTURE0);
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 5);
+    glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES, 0, GL_RGB, 8, 8, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+    const GLint crop[4] = {4, 0, 4, 2};
+    glTexParameteriv(GL_TEXTURE_CUBE_MAP_OES, GL_TEXTURE_CROP_RECT_OES, crop);
+    glDrawTexiOES(0, 0, 0, 10, 10);
+    EXPECT_EQ(texCoords(0), (std::vector<Vec4>(4, Vec4{0, 0, 0, 1}))); // unit 0 is off
+    EXPECT_EQ(texCoords(1), (std::vector<Vec4>{{0.5f, 0, 0, 1}, {1, 0, 0, 1}, {1, 0.25f, 0, 1}, {0.5f, 0.25f, 0, 1}}));
+    EXPECT_EQ(pointers[coordLocation(0)].size, 2);
+    EXPECT_EQ(pointers[coordLocation(1)].size, 3);
+}
+
+TEST_F(DrawTexture, AnExternalTextureHasNoCoordinates)
+{
+    glBindTexture(GL_TEXTURE_EXTERNAL_OES, 6);
+    ctx->bindings.textureExternal[0]->width[0] = 8;
+    ctx->bindings.textureExternal[0]->height[0] = 8;
+    const GLint crop[4] = {0, 0, 8, 8};
+    glTexParameteriv(GL_TEXTURE_EXTERNAL_OES, GL_TEXTURE_CROP_RECT_OES, crop);
+    glEnable(GL_TEXTURE_EXTERNAL_OES);
+    glDrawTexiOES(0, 0, 0, 10, 10);
+    EXPECT_EQ(texCoords(0), (std::vector<Vec4>(4, Vec4{0, 0, 0, 1})));
+    EXPECT_EQ(pointers[coordLocation(0)].size, 2);
 }
 
 TEST_F(DrawTexture, AnEmptyTextureGivesWhatTheDivisionGives)
@@ -288,15 +325,22 @@ TEST_F(DrawTexture, AttributesThatTheProgramLacksAreLeftAlone)
     glDrawTexiOES(0, 0, 0, 10, 10);
     EXPECT_EQ(pointers.size(), 1u);
     EXPECT_EQ(callsOf("glEnableVertexAttribArray").back(), "glEnableVertexAttribArray(0)");
+    const std::vector<std::string> calls = takeCalls();
+    const auto asked = std::find_if(calls.begin(), calls.end(),
+                                    [](const std::string &call) { return call.rfind("glGetAttribLocation", 0) == 0; });
+    EXPECT_EQ(std::vector<std::string>(asked + 4, calls.end()),
+              (std::vector<std::string>{"glBindBuffer(0x8892, 0)", "glEnableVertexAttribArray(0)",
+                                        "glDrawArrays(0x0006, 0, 4)", "glBindBuffer(0x8892, 0)"}));
 }
 
 TEST_F(DrawTexture, WithoutAProgramNothingIsDrawnAndTheMarksStay)
 {
     fakeBackend().createShaderFails = true;
+    ctx->dirty = 0x1000;
     glDrawTexiOES(0, 0, 0, 10, 10);
     EXPECT_EQ(callsOf("glDrawArrays").size(), 0u);
     EXPECT_EQ(ctx->primitiveFlags, uint32_t(PRIMITIVE_DRAW_TEXTURE));
-    EXPECT_TRUE(ctx->dirty & 0x10u);
+    EXPECT_EQ(ctx->dirty, 0x1010u);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 

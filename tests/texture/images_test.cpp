@@ -92,8 +92,9 @@ TEST_F(Images, OddSizesAreInvalidValueAndForwardedAllTheSame)
     const struct {
         GLsizei width, height;
         bool valid;
-    } cases[] = {{100, 100, false}, {64, 63, false}, {3, 64, false}, {-1, 64, false}, {64, -4, false},
-                 {0, 0, true},      {1, 1, true},    {0, 64, true},  {2048, 1, true}};
+    } cases[] = {{100, 100, false}, {64, 63, false}, {3, 64, false},         {-1, 64, false},
+                 {64, -4, false},   {-4, -4, false}, {INT32_MIN, 64, false}, {0, 0, true},
+                 {1, 1, true},      {0, 64, true},   {2048, 1, true}};
     for (const auto &c : cases) {
         SCOPED_TRACE(testing::Message() << c.width << " x " << c.height);
         takeCalls();
@@ -145,6 +146,25 @@ TEST_F(Images, AnErrorPendingInTheBackendBeforeTheCallIsKept)
     upload(GL_TEXTURE_2D, GL_RGB);
     EXPECT_EQ(bound2D().width[0], 64);
     EXPECT_EQ(glGetError(), GLenum(GL_INVALID_FRAMEBUFFER_OPERATION_OES));
+}
+
+TEST_F(Images, OfTwoPendingErrorsTheBackendsIsDroppedAndNotTakenForTheImages)
+{
+    const std::vector<std::function<void()>> calls = {
+        [&] { upload(GL_TEXTURE_2D, GL_RGB, 8, 8); },
+        [] { glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, 8, 8, 0); },
+        [] { glEGLImageTargetTexture2DOES(GL_TEXTURE_2D, nullptr); },
+    };
+    fakeBackend().texLevelParameters[0] = 8;
+    for (const auto &call : calls) {
+        ctx->bindings.texture2D[0]->width[0] = 0;
+        __glSetError(GL_STACK_OVERFLOW);
+        fakeBackend().error = GL_INVALID_OPERATION;
+        call();
+        EXPECT_EQ(bound2D().width[0], 8);
+        EXPECT_EQ(glGetError(), GLenum(GL_STACK_OVERFLOW));
+        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    }
 }
 
 TEST_F(Images, ABadTargetIsInvalidEnumOnlyWhenNothingWasPending)
@@ -233,6 +253,14 @@ TEST_F(Images, BindingATextureRecordsItsFormat)
     EXPECT_EQ(unitFormat(), GLenum(GL_RGB));
     EXPECT_EQ(ctx->dirty, uint32_t(DIRTY_TEXTURE_FORMAT));
     EXPECT_EQ(ctx->keyDirty, keyDirtyEnv(0));
+
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 6);
+    upload(kFaceX, GL_LUMINANCE, 8, 8);
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 0);
+    glEnable(GL_TEXTURE_CUBE_MAP_OES);
+    EXPECT_EQ(unitFormat(), GLenum(GL_ALPHA));
+    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 6);
+    EXPECT_EQ(unitFormat(), GLenum(GL_LUMINANCE));
 }
 
 TEST_F(Images, AnExternalTextureBoundBesideAnEnabled2DLeavesTheFormat)
@@ -262,6 +290,20 @@ TEST_F(Images, AnImageAlsoDecidesTheOtherUnitThatSamplesIt)
     EXPECT_EQ(unitFormat(0), GLenum(GL_RGBA));
 }
 
+TEST_F(Images, AnImageOfAnotherTextureLeavesTheOtherUnit)
+{
+    glBindTexture(GL_TEXTURE_2D, 5);
+    glEnable(GL_TEXTURE_2D);
+    upload(GL_TEXTURE_2D, GL_RGB);
+    const GLuint name = 5;
+    glDeleteTextures(1, &name);
+    EXPECT_EQ(unitFormat(0), GLenum(GL_RGB)); // of the deleted texture
+    glActiveTexture(GL_TEXTURE1);
+    glBindTexture(GL_TEXTURE_2D, 6);
+    upload(GL_TEXTURE_2D, GL_LUMINANCE);
+    EXPECT_EQ(unitFormat(0), GLenum(GL_RGB));
+}
+
 TEST_F(Images, CompressedImagesAreRecordedByTheirBaseFormat)
 {
     glEnable(GL_TEXTURE_2D);
@@ -288,7 +330,9 @@ TEST_F(Images, CompressedImagesAreForwardedWithoutErrorBracketAndMipmaps)
 
 TEST_F(Images, ABadCompressedTargetIsRefusedAtLevel0Only)
 {
-    expectOnlyError(ctx, GL_INVALID_ENUM, [&] { uploadCompressed(GL_TEXTURE_EXTERNAL_OES, GL_ETC1_RGB8_OES); });
+    for (const GLenum target :
+         {GLenum(GL_TEXTURE_EXTERNAL_OES), GLenum(GL_TEXTURE_CUBE_MAP_OES), kFaceX - 1, kFaceX + 6})
+        expectOnlyError(ctx, GL_INVALID_ENUM, [&] { uploadCompressed(target, GL_ETC1_RGB8_OES); });
     EXPECT_EQ(callsOf("glCompressedTexImage2D").size(), 0u);
     uploadCompressed(GL_TEXTURE_EXTERNAL_OES, GL_ETC1_RGB8_OES, 1);
     EXPECT_EQ(callsOf("glCompressedTexImage2D").size(), 1u);
@@ -311,7 +355,14 @@ TEST_F(Images, APalettedImageWithAllItsLevelsIncludesLevel0)
     EXPECT_EQ(unitFormat(), GLenum(GL_RGBA));
     EXPECT_EQ(bound2D().width[0], 16);
     // A negative level means nothing for other formats.
-    uploadCompressed(GL_TEXTURE_2D, GL_ETC1_RGB8_OES, -4);
+    for (const GLenum other :
+         {GLenum(GL_ETC1_RGB8_OES), GLenum(GL_PALETTE4_RGB8_OES - 1), GLenum(GL_PALETTE8_RGB5_A1_OES + 1)}) {
+        uploadCompressed(GL_TEXTURE_2D, other, -4);
+        EXPECT_EQ(unitFormat(), GLenum(GL_RGBA));
+    }
+    uploadCompressed(GL_TEXTURE_2D, GL_PALETTE4_RGB8_OES, -1);
+    EXPECT_EQ(unitFormat(), GLenum(GL_RGB));
+    uploadCompressed(GL_TEXTURE_2D, GL_PALETTE8_RGB5_A1_OES, -1);
     EXPECT_EQ(unitFormat(), GLenum(GL_RGBA));
 }
 
@@ -371,6 +422,49 @@ TEST_F(Images, CubeMipmapsWaitForTheSixthSquareFaceOfOneFormat)
     EXPECT_EQ(mipmapCalls(), 2u);
 }
 
+TEST_F(Images, EveryKindOfUploadToAFaceOfACompleteCubeMapMakesMipmaps)
+{
+    for (uint32_t face = 0; face < 6; ++face)
+        upload(kFaceX + face, GL_RGB, 8, 8);
+    glTexParameteri(GL_TEXTURE_CUBE_MAP_OES, GL_GENERATE_MIPMAP, 1);
+    glCopyTexImage2D(kFaceX + 2, 0, GL_RGB, 0, 0, 4, 4, 0);
+    EXPECT_EQ(boundCubeMap().width[2], 4);
+    EXPECT_EQ(mipmapCalls(), 1u);
+    glTexSubImage2D(kFaceX + 3, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+    EXPECT_EQ(mipmapCalls(), 2u);
+    glCopyTexSubImage2D(kFaceX + 4, 0, 0, 0, 0, 0, 1, 1);
+    EXPECT_EQ(callsOf("glGenerateMipmap"), std::vector<std::string>(3, "glGenerateMipmap(0x8513)"));
+    // A face that no longer fits ends it, for the others too.
+    glCopyTexImage2D(kFaceX + 5, 0, GL_RGBA, 0, 0, 4, 4, 0);
+    glTexSubImage2D(kFaceX, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+    EXPECT_EQ(mipmapCalls(), 3u);
+}
+
+TEST_F(Images, ARefusedImageMakesNoMipmaps)
+{
+    upload(GL_TEXTURE_2D, GL_RGB);
+    glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, 1);
+    for (const char *function : {"glTexImage2D", "glCopyTexImage2D", "glTexSubImage2D", "glCopyTexSubImage2D"})
+        failNext(function);
+    upload(GL_TEXTURE_2D, GL_RGB);
+    glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, 4, 4, 0);
+    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, 1, 1);
+    EXPECT_EQ(mipmapCalls(), 0u);
+}
+
+TEST_F(Images, TheActiveUnitIsTheOneWhoseFormatChanges)
+{
+    glActiveTexture(GL_TEXTURE1);
+    glEnable(GL_TEXTURE_2D);
+    clearMarks(ctx);
+    upload(GL_TEXTURE_2D, GL_LUMINANCE);
+    EXPECT_EQ(unitFormat(1), GLenum(GL_LUMINANCE));
+    EXPECT_EQ(unitFormat(0), GLenum(GL_ALPHA));
+    EXPECT_EQ(ctx->dirty, 0x4000u);
+    EXPECT_EQ(ctx->keyDirty, 2u);
+}
+
 TEST_F(Images, WithMipmapsTheUnitTakesTheFormatWhateverIsEnabled)
 {
     glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, 1);
@@ -427,7 +521,24 @@ TEST_F(Images, EglImagesOfABackendWithoutTheQueryCountAsRgbaOfUnknownSize)
     glEGLImageTargetTexture2DOES(GL_TEXTURE_2D, nullptr);
     EXPECT_EQ(bound2D().internalFormat[0], GLenum(GL_RGBA));
     EXPECT_EQ(bound2D().width[0], 0);
+    EXPECT_EQ(bound2D().height[0], 0);
     glEGLImageTargetRenderbufferStorageOES(GL_RENDERBUFFER_OES, nullptr);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(Images, OptionalBackendFunctionsMayBeMissing)
+{
+    context.reset();
+    resetFakeBackend();
+    fakeBackend().absent = {"glEGLImageTargetTexture2DOES", "glGenerateMipmap"};
+    fakeBackend().texLevelParameters[0] = 320;
+    context = std::make_unique<TestContext>();
+    ctx = context->ctx;
+    glEGLImageTargetTexture2DOES(GL_TEXTURE_2D, nullptr);
+    EXPECT_EQ(bound2D().width[0], 320); // what the backend tells is noted all the same
+    glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, 1);
+    upload(GL_TEXTURE_2D, GL_RGB);
+    EXPECT_EQ(bound2D().width[0], 64);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 

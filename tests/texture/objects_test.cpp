@@ -43,6 +43,28 @@ TEST_F(TextureObjects, DefaultsHaveTheirFormatsAndAreBoundEverywhere)
     }
 }
 
+TEST_F(TextureObjects, InitialisationSetsEveryFieldAgain)
+{
+    TextureNamespace textures = {};
+    TextureObject stale = {};
+    stale.name = 5;
+    textures.default2D.cropRect[2] = 4;
+    textures.defaultCubeMap.width[3] = 4;
+    textures.defaultExternal.generateMipmap = 1;
+    textures.tableSize = 64;
+    textures.overflowHead = textures.overflowTail = &stale;
+    initTextureObjects(&textures);
+    EXPECT_EQ(textures.default2D.cropRect[2], 0);
+    EXPECT_EQ(textures.defaultCubeMap.width[3], 0);
+    EXPECT_EQ(textures.defaultExternal.generateMipmap, 0);
+    EXPECT_EQ(textures.tableSize, 16u);
+    EXPECT_EQ(textures.overflowHead, nullptr);
+    EXPECT_EQ(textures.overflowTail, nullptr);
+    for (uint32_t slot = 0; slot < 16; ++slot)
+        EXPECT_EQ(textures.table[slot], nullptr);
+    destroyTextureObjects(&textures);
+}
+
 TEST_F(TextureObjects, NameZeroIsTheDefaultOfTheTarget)
 {
     EXPECT_EQ(lookup(0, GL_TEXTURE_2D), &names().default2D);
@@ -124,8 +146,10 @@ TEST_F(TextureObjects, BindingToAnotherTargetIsInvalidEnum)
 TEST_F(TextureObjects, DeletingFewerThanOneNameIsInvalidValue)
 {
     const GLuint name = 1;
+    const TextureObject *object = lookup(name);
     for (const GLsizei n : {0, -1})
         expectOnlyError(ctx, GL_INVALID_VALUE, [&] { glDeleteTextures(n, &name); });
+    EXPECT_EQ(names().table[name], object);
     EXPECT_EQ(callsOf("glDeleteTextures"), std::vector<std::string>{});
 }
 
@@ -168,11 +192,13 @@ TEST_F(TextureObjects, TheListIsMendedAtHeadMiddleAndTail)
         lookup(name);
     deleteName(301);
     EXPECT_EQ(overflowNames(), (std::vector<GLuint>{300, 302, 303}));
+    EXPECT_EQ(names().overflowTail->name, 303u);
     deleteName(303);
     EXPECT_EQ(overflowNames(), (std::vector<GLuint>{300, 302}));
     EXPECT_EQ(names().overflowTail->name, 302u);
     deleteName(300);
     EXPECT_EQ(overflowNames(), std::vector<GLuint>{302});
+    EXPECT_EQ(names().overflowTail, names().overflowHead);
     deleteName(302);
     EXPECT_EQ(names().overflowHead, nullptr);
     EXPECT_EQ(names().overflowTail, nullptr);
@@ -291,6 +317,23 @@ TEST_F(TextureObjects, WithoutATableEveryNameGoesToTheList)
     const size_t blocks = fakePlatform().liveBlocks;
     destroyTextureObjects(&textures);
     EXPECT_EQ(fakePlatform().liveBlocks, blocks - 2);
+}
+
+TEST_F(TextureObjects, MissingBackendFunctionsAreAssertionsAndTheStateIsKept)
+{
+    context.reset();
+    resetFakeBackend();
+    fakeBackend().absent = {"glBindTexture", "glDeleteTextures", "glTexParameteri"};
+    context = std::make_unique<TestContext>();
+    ctx = context->ctx;
+    fakePlatform().assertions.clear();
+    glBindTexture(GL_TEXTURE_2D, 4);
+    EXPECT_EQ(ctx->bindings.texture2D[0]->name, 4u);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    deleteName(4);
+    EXPECT_EQ(ctx->bindings.texture2D[0], &names().default2D);
+    EXPECT_EQ(fakePlatform().assertions,
+              (std::vector<std::string>{"glBindTexture_2_0", "glTexParameteri_2_0", "glDeleteTextures_2_0"}));
 }
 
 TEST_F(TextureObjects, AreInertWithoutContextAndInInterfaceOnlyMode)

@@ -40,6 +40,21 @@ TEST_F(UnitEnables, TurningAUnitOnMarksEverythingOfIt)
     EXPECT_EQ(ctx->keyDirty, 0x2Au);
 }
 
+TEST_F(UnitEnables, AnEqualValueMarksNothing)
+{
+    for (const GLenum target : {GL_TEXTURE_2D, GL_TEXTURE_CUBE_MAP_OES, GL_TEXTURE_EXTERNAL_OES}) {
+        for (const bool on : {false, true}) {
+            if (on) glEnable(target);
+            clearMarks(ctx);
+            // Another format than the recorded one, which a change would take over.
+            ctx->bindings.unitFormat[0] = GL_LUMINANCE_ALPHA;
+            const std::vector<unsigned char> before = bytesOf(ctx);
+            on ? glEnable(target) : glDisable(target);
+            EXPECT_EQ(bytesOf(ctx), before);
+        }
+    }
+}
+
 TEST_F(UnitEnables, EveryChangeRecordsTheFormatOfTheTextureThatIsSampledNow)
 {
     ctx->bindings.texture2D[0]->internalFormat[0] = GL_RGB;

@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+#include "es1/report.h"
+
+#include <cstdio>
+#include <ctime>
+#include <fstream>
+#include <thread>
+
+namespace {
+
+// "-" for what was not measured.
+std::string numberText(double value, int decimals)
+{
+    if (value <= 0.0) return "-";
+    char text[32];
+    std::snprintf(text, sizeof(text), "%.*f", decimals, value);
+    return text;
+}
+
+std::string ratioText(double a, double b)
+{
+    return numberText(b > 0.0 ? a / b : 0.0, 2);
+}
+
+// The cells of three sides and of the ratios of ours to the two others.
+std::string costCells(const double (&values)[SIDES], int decimals)
+{
+    char cells[160];
+    std::snprintf(cells, sizeof(cells), "%8s %8s %8s %7s %5s", numberText(values[NATIVE], decimals).c_str(),
+                  numberText(values[ES2], decimals).c_str(), numberText(values[OURS], decimals).c_str(),
+                  ratioText(values[OURS], values[NATIVE]).c_str(), ratioText(values[OURS], values[ES2]).c_str());
+    return cells;
+}
+
+// Quotes and backslashes do not occur in our own words; a renderer's name may have them.
+std::string jsonString(const std::string &text)
+{
+    std::string quoted = "\"";
+    for (const char c : text) {
+        if (c == '"' || c == '\\') quoted += '\\';
+        quoted += static_cast<unsigned char>(c) < ' ' ? ' ' : c;
+    }
+    return quoted + '"';
+}
+
+std::string jsonNumber(double value)
+{
+    const std::string text = numberText(value, 1);
+    return text == "-" ? "null" : text;
+}
+
+std::string jsonSide(const SceneResult &result, Side side)
+{
+    if (!result.unavailable[side].empty()) return "{\"unavailable\": " + jsonString(result.unavailable[side]) + "}";
+    const Cost &cost = result.costs[side];
+    return "{\"instructions\": " + jsonNumber(cost.instructions) + ", \"wall_ns\": " + jsonNumber(cost.wallNs) +
+           ", \"cpu_ns\": " + jsonNumber(cost.cpuNs) +
+           ", \"differing_pixels\": " + std::to_string(result.fromOurs[side].pixels) +
+           ", \"largest_difference\": " + std::to_string(result.fromOurs[side].most) + "}";
+}
+
+std::string jsonScene(const SceneResult &result)
+{
+    const SceneRow &scene = result.scene;
+    std::string text = "    {\"name\": " + jsonString(scene.name) + ", \"title\": " + jsonString(scene.title);
+    for (const Side side : {NATIVE, ES2, OURS})
+        text += ",\n     " + jsonString(kSideNames[side]) + ": " + jsonSide(result, side);
+    const std::optional<bool> reached = reachedBudget(result);
+    text += ",\n     \"budget\": " + (scene.budget ? std::to_string(scene.budget) : "null");
+    text += std::string(", \"reached\": ") + (!reached ? "null" : *reached ? "true" : "false");
+    return text + ", \"pictures_agree\": " + (result.picturesAgree ? "true" : "false") + "}";
+}
+
+} // namespace
+
+std::optional<bool> reachedBudget(const SceneResult &result)
+{
+    const double ours = result.costs[OURS].instructions;
+    if (!result.scene.budget || ours <= 0.0) return std::nullopt;
+    return ours <= result.scene.budget;
+}
+
+Machine describeMachine(const std::string &renderer)
+{
+    Machine machine = {.processor = "unknown", .renderer = renderer, .date = "", .cores = 0};
+    std::ifstream processors("/proc/cpuinfo");
+    for (std::string line; std::getline(processors, line);) {
+        const size_t colon = line.find(": ");
+        if (!line.starts_with("model name") || colon == std::string::npos) continue;
+        machine.processor = line.substr(colon + 2);
+        break;
+    }
+    machine.cores = std::thread::hardware_concurrency();
+    char date[32] = "";
+    const std::time_t now = std::time(nullptr);
+    std::strftime(date, sizeof(date), "%Y-%m-%dT%H:%M:%SZ", std::gmtime(&now));
+    machine.date = date;
+    return machine;
+}
+
+void printTableHead()
+{
+    std::printf("%-50s | %-40s %7s %7s | %s\n", "", "instructions per draw", "", "", "microseconds per draw");
+    const char *const kCells = "  native      es2     ours /native  /es2";
+    std::printf("%-50s | %s %7s %7s | %s\n", "scene", kCells, "budget", "reached", kCells);
+}
+
+void printTableRow(const SceneResult &result)
+{
+    const SceneRow &scene = result.scene;
+    double instructions[SIDES], microseconds[SIDES];
+    for (const Side side : {NATIVE, ES2, OURS}) {
+        instructions[side] = result.costs[side].instructions;
+        microseconds[side] = result.costs[side].wallNs / 1000.0;
+    }
+    const std::optional<bool> reached = reachedBudget(result);
+    std::printf("%-9s%-41s | %s %7s %7s | %s\n", scene.name, scene.title, costCells(instructions, 0).c_str(),
+                scene.budget ? std::to_string(scene.budget).c_str() : "-",
+                !reached   ? "-"
+                : *reached ? "yes"
+                           : "NO",
+                costCells(microseconds, 2).c_str());
+    for (const Side side : {NATIVE, ES2})
+        if (!result.unavailable[side].empty())
+            std::printf("%-9s%s: not drawn, this driver has no %s\n", "", kSideNames[side],
+                        result.unavailable[side].c_str());
+    std::fflush(stdout);
+}
+
+bool writeJson(const std::string &path, const Machine &machine, const std::vector<SceneResult> &results)
+{
+    std::ofstream json(path);
+    json << "{\n  \"date\": " << jsonString(machine.date) << ",\n  \"processor\": " << jsonString(machine.processor)
+         << ",\n  \"cores\": " << machine.cores << ",\n  \"renderer\": " << jsonString(machine.renderer)
+         << ",\n  \"scenes\": [\n";
+    for (size_t i = 0; i < results.size(); ++i)
+        json << jsonScene(results[i]) << (i + 1 < results.size() ? ",\n" : "\n");
+    json << "  ]\n}\n";
+    return static_cast<bool>(json.flush());
+}
