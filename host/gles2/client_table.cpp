@@ -3,7 +3,7 @@
 #include "context.h"
 #include "create_info.h"
 #include "driver_abilities.h"
-#include "explain.h"
+#include "expanded_program.h"
 #include "machine_context.h"
 #include "programs.h"
 
@@ -79,6 +79,7 @@ static void prepareContext(Context *context)
     const std::lock_guard<std::mutex> guard(context->group->lock);
     if (context->group->abilitiesKnown) return;
     context->group->abilities = readDriverAbilities();
+    context->group->copies.kept = needsBufferCopies(context->group->abilities);
     context->group->abilitiesKnown = true;
 }
 
@@ -181,10 +182,8 @@ static constexpr ClientAPIFunctions kClientTable = {
 void ogl2GetClientAPIFunctions(void *table)
 {
     if (!table) return;
-    if (!loadDriver()) {
+    if (loadDriver())
+        *static_cast<ClientAPIFunctions *>(table) = kClientTable;
+    else
         static_cast<ClientAPIFunctions *>(table)->createContext = nullptr;
-        return;
-    }
-    startExplain();
-    *static_cast<ClientAPIFunctions *>(table) = kClientTable;
 }

@@ -64,6 +64,7 @@ struct Context {
     LinkedProgram *program;          // what the driver runs for it
     const UniformSlot *uniformSlots; // the program's, at hand for the loads; by location
     uint32_t uniformCount;           // 0 without a program
+    bool specialDraws;               // draws need more than a jump into the driver, see updateSpecialDraws
     GLfloat lineWidth;               // pixels
     GLint viewport[4];               // pixels
 };
@@ -76,6 +77,9 @@ void raiseError(GLenum error);
 
 /// Writes a line to standard error, but no text twice in a process.
 void tellOnce(const char *text);
+
+/// Brings specialDraws up to date with the program in use and the line width.
+void updateSpecialDraws(Context *context);
 
 /// Gives the context the state of a new one, for as far as the wrappers remember it. The attribute and buffer state
 /// needs no driver; the rest is read when the context is first current.

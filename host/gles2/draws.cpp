@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Draws, and the line expansion around some of them.
+// Draws, and what the driver cannot do of them by itself: flat shading, smooth lines, wide lines.
 #include "capabilities.h"
+#include "expanded_draws.h"
+#include "primitive_vertices.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 void GL_APIENTRY glViewport(GLint x, GLint y, GLsizei width, GLsizei height)
@@ -13,31 +17,47 @@ void GL_APIENTRY glViewport(GLint x, GLint y, GLsizei width, GLsizei height)
     driver.glViewport(x, y, width, height);
 }
 
+// Lines that are not smooth have a whole number of pixels.
+static GLfloat wholePixels(GLfloat width)
+{
+    return std::max(std::round(width), 1.0f);
+}
+
+void updateSpecialDraws(Context *context)
+{
+    const LinkedProgram *program = context->program;
+    const bool wide = wholePixels(context->lineWidth) > context->group->abilities.widestLine;
+    context->specialDraws = program && (wide || program->expandsLines || program->flatLost || program->lineCoordLost);
+}
+
 void GL_APIENTRY glLineWidth(GLfloat width)
 {
     Context *context = currentContext;
     if (!context || context->lineWidth == width) return;
-    if (width > 0.0f) context->lineWidth = width; // other widths are the driver's error
+    if (width > 0.0f) { // other widths are the driver's error
+        context->lineWidth = width;
+        updateSpecialDraws(context);
+    }
     driver.glLineWidth(width);
 }
 
-static void loadLineUniforms(const Context *context, LinkedProgram *program)
+// For the program in use in the driver.
+static void loadLineUniforms(const Context *context, LineUniforms &lines, GLfloat width)
 {
     const GLfloat size[2] = {static_cast<GLfloat>(context->viewport[2]), static_cast<GLfloat>(context->viewport[3])};
-    if (memcmp(size, program->loadedViewportSize, sizeof size) != 0) {
-        memcpy(program->loadedViewportSize, size, sizeof size);
-        driver.glUniform2fv(program->viewportSizeLocation, 1, size);
+    if (memcmp(size, lines.loadedViewportSize, sizeof size) != 0) {
+        memcpy(lines.loadedViewportSize, size, sizeof size);
+        driver.glUniform2fv(lines.viewportSizeLocation, 1, size);
     }
-    if (program->loadedLineWidth != context->lineWidth) {
-        program->loadedLineWidth = context->lineWidth;
-        driver.glUniform1f(program->lineWidthLocation, context->lineWidth);
+    if (lines.loadedLineWidth != width) {
+        lines.loadedLineWidth = width;
+        driver.glUniform1f(lines.lineWidthLocation, width);
     }
 }
 
 // The rectangles made of lines are neither culled nor offset: they are lines. Returns the switches turned off for them.
 static uint32_t beginLines(const Context *context)
 {
-    loadLineUniforms(context, context->program);
     const uint32_t off = context->capabilities.driver & (DRIVER_CULL_FACE | DRIVER_POLYGON_OFFSET_FILL);
     if (off & DRIVER_CULL_FACE) driver.glDisable(GL_CULL_FACE);
     if (off & DRIVER_POLYGON_OFFSET_FILL) driver.glDisable(GL_POLYGON_OFFSET_FILL);
@@ -50,37 +70,87 @@ static void endLines(uint32_t off)
     if (off & DRIVER_POLYGON_OFFSET_FILL) driver.glEnable(GL_POLYGON_OFFSET_FILL);
 }
 
-static bool expandsLines()
+static void drawInDriver(const DrawCall &call)
 {
-    const Context *context = currentContext;
-    return context && context->program && context->program->expandsLines;
+    if (call.type)
+        driver.glDrawElements(call.mode, call.count, call.type, call.indices);
+    else
+        driver.glDrawArrays(call.mode, call.first, call.count);
+}
+
+// What the program in use does not bring to a draw of this mode by itself.
+static Expansion missingExpansion(const Context *context, GLenum mode)
+{
+    const LinkedProgram *program = context->program;
+    if (isLineMode(mode)) {
+        const bool wide = wholePixels(context->lineWidth) > context->group->abilities.widestLine;
+        if (program->lineCoordLost || (wide && !program->expandsLines)) return Expansion::Lines;
+    }
+    const bool points = mode == GL_POINTS; // have one vertex, and so its flat values
+    return program->flatLost && !points ? Expansion::FlatShading : Expansion::None;
+}
+
+// False when the draw cannot be expanded; nothing is drawn then.
+static bool drawWithExpanded(Context *context, const DrawCall &call, Expansion expansion)
+{
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    ExpandedProgram *expanded = findExpanded(context, expansion);
+    if (!expanded) return false;
+    enterExpanded(context->program, expanded);
+    uint32_t off = 0;
+    if (expansion == Expansion::Lines) {
+        const GLfloat width = context->program->lineCoordLost ? context->lineWidth : wholePixels(context->lineWidth);
+        loadLineUniforms(context, expanded->lines, width);
+        off = beginLines(context);
+    }
+    bool drawn = true;
+    if (expanded->doubled)
+        drawn = drawPairedVertices(context, expanded, call, expansion);
+    else
+        drawInDriver(call);
+    endLines(off);
+    driver.glUseProgram(context->program->driverProgram);
+    return drawn;
+}
+
+// A draw that is an error, or draws nothing, is the driver's to judge.
+static bool canBeExpanded(const DrawCall &call)
+{
+    const bool known = call.type == 0 || call.type == GL_UNSIGNED_BYTE || call.type == GL_UNSIGNED_SHORT;
+    return known && call.first >= 0 && call.count > 0 && call.mode <= GL_TRIANGLE_FAN;
 }
 
 // Kept out of line, so that other draws are a test and a jump.
-[[gnu::noinline]] static void drawArraysOfLines(GLenum mode, GLint first, GLsizei count)
+[[gnu::noinline]] static void drawSpecially(const DrawCall &call)
 {
-    const uint32_t off = beginLines(currentContext);
-    driver.glDrawArrays(mode, first, count);
+    Context *context = currentContext;
+    if (!canBeExpanded(call)) return drawInDriver(call);
+    const Expansion expansion = missingExpansion(context, call.mode);
+    if (expansion != Expansion::None && drawWithExpanded(context, call, expansion)) return;
+    if (!context->program->expandsLines) return drawInDriver(call);
+
+    loadLineUniforms(context, context->program->lines, context->lineWidth);
+    const uint32_t off = beginLines(context);
+    drawInDriver(call);
     endLines(off);
 }
 
-[[gnu::noinline]] static void drawElementsOfLines(GLenum mode, GLsizei count, GLenum type, const void *indices)
+static bool isSpecial()
 {
-    const uint32_t off = beginLines(currentContext);
-    driver.glDrawElements(mode, count, type, indices);
-    endLines(off);
+    const Context *context = currentContext;
+    return context && context->specialDraws;
 }
 
 void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
-    if (expandsLines()) [[unlikely]]
-        return drawArraysOfLines(mode, first, count);
+    if (isSpecial()) [[unlikely]]
+        return drawSpecially({.mode = mode, .first = first, .count = count, .type = 0, .indices = nullptr});
     driver.glDrawArrays(mode, first, count);
 }
 
 void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void *indices)
 {
-    if (expandsLines()) [[unlikely]]
-        return drawElementsOfLines(mode, count, type, indices);
+    if (isSpecial()) [[unlikely]]
+        return drawSpecially({.mode = mode, .first = 0, .count = count, .type = type, .indices = indices});
     driver.glDrawElements(mode, count, type, indices);
 }

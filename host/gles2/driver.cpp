@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "driver.h"
 
+#include "driver_limit.h"
+
 #include <climits>
 #include <cstdio>
 #include <cstdlib>
@@ -102,6 +104,15 @@ static std::string bindDriver(void *module)
     return missing;
 }
 
+// Optional entry points that are not in plain OpenGL ES 2.0; those for EGL images stay.
+static void applyLimit()
+{
+    if (driverLimit() != DriverLimit::Es2) return;
+    driver.glFramebufferTexture3DOES = nullptr;
+    driver.glGetTexLevelParameteriv = nullptr;
+    driver.glGetBufferPointervOES = nullptr;
+}
+
 static bool loadOnce()
 {
     std::string tried;
@@ -120,6 +131,7 @@ static bool loadOnce()
     }
     const std::string missing = bindDriver(gles2);
     if (!missing.empty()) fprintf(stderr, "trl20: the OpenGL ES 2.0 driver lacks %s\n", missing.c_str());
+    applyLimit();
     return missing.empty();
 }
 

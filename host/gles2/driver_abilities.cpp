@@ -2,19 +2,33 @@
 #include "driver_abilities.h"
 
 #include "driver.h"
+#include "driver_limit.h"
 
 #include <cstdlib>
 #include <string_view>
 
-DriverAbilities readDriverAbilities()
+static double languageVersion()
 {
-    const char *extensions = reinterpret_cast<const char *>(driver.glGetString(GL_EXTENSIONS));
+    if (driverLimit() == DriverLimit::Es2) return 1.0;
     const char *language = reinterpret_cast<const char *>(driver.glGetString(GL_SHADING_LANGUAGE_VERSION));
     // "OpenGL ES GLSL ES 3.20 ..."
     constexpr std::string_view prefix = "OpenGL ES GLSL ES ";
-    double version = 1.0;
-    if (language && std::string_view(language).starts_with(prefix)) version = strtod(language + prefix.size(), nullptr);
+    const bool known = language && std::string_view(language).starts_with(prefix);
+    return known ? strtod(language + prefix.size(), nullptr) : 1.0;
+}
 
+// Pixels; lines of one pixel are all that OpenGL ES promises.
+static float widestLine()
+{
+    GLfloat range[2] = {1.0f, 1.0f};
+    if (driverLimit() == DriverLimit::None) driver.glGetFloatv(GL_ALIASED_LINE_WIDTH_RANGE, range);
+    return range[1];
+}
+
+DriverAbilities readDriverAbilities()
+{
+    const char *extensions = driverExtensions();
+    const double version = languageVersion();
     GLint range[2] = {};
     GLint precision = 0;
     driver.glGetShaderPrecisionFormat(GL_FRAGMENT_SHADER, GL_HIGH_FLOAT, range, &precision);
@@ -28,10 +42,11 @@ DriverAbilities readDriverAbilities()
             if (hasExtension(extensions, name)) abilities.geometryExtensionEssl310 = name;
         }
     }
+    abilities.widestLine = widestLine();
     return abilities;
 }
 
 bool driverHas(const char *extension)
 {
-    return hasExtension(reinterpret_cast<const char *>(driver.glGetString(GL_EXTENSIONS)), extension);
+    return hasExtension(driverExtensions(), extension);
 }

@@ -2,10 +2,9 @@
 // Linked programs of the driver: made from the texts of two shaders, and kept when their program objects are gone.
 // Compiling and linking takes a tenth of a second on a software driver, and the library above deletes the program it
 // has used least whenever it needs a new one.
-#include "explain.h"
+#include "expanded_program.h"
 #include "programs.h"
 
-#include <chrono>
 #include <string_view>
 
 static std::string infoLog(GLuint object, decltype(Driver::glGetShaderiv) getiv,
@@ -43,9 +42,8 @@ static std::string keyOf(const ProgramObject *program)
     return key;
 }
 
-// Compiles the stages and links them. Returns the driver's program, 0 when a stage or the linking failed.
-static GLuint buildDriverProgram(const TranslatedProgram &texts, const ProgramObject *program, BuildResult &result,
-                                 BuildResult (&stages)[2])
+GLuint buildDriverProgram(const TranslatedProgram &texts, const std::map<std::string, GLuint> &attributeBindings,
+                          BuildResult &result, BuildResult (&stages)[2])
 {
     const GLuint built = driver.glCreateProgram();
     BuildResult geometry{.ok = true, .log = {}};
@@ -65,7 +63,7 @@ static GLuint buildDriverProgram(const TranslatedProgram &texts, const ProgramOb
     }
     result.ok = stages[0].ok && stages[1].ok && geometry.ok;
     if (result.ok) {
-        for (const auto &[name, index] : program->attributeBindings)
+        for (const auto &[name, index] : attributeBindings)
             driver.glBindAttribLocation(built, index, name.c_str());
         GLint status = GL_FALSE;
         driver.glLinkProgram(built);
@@ -85,14 +83,7 @@ static void noteShaderResult(ShaderObject *shader, const BuildResult &result)
     shader->resultKnown = true;
 }
 
-static void tellLosses(const TranslatedProgram &texts)
-{
-    if (texts.flatLost) tellOnce("this driver has no flat shading; it is drawn smooth");
-    if (texts.lineCoordLost) tellOnce("this driver has no geometry shaders; lines are not smoothed");
-}
-
-// The abilities of GLSL ES 1.00 alone, for a driver whose higher versions refuse what they should accept.
-static DriverAbilities plainAbilities(const DriverAbilities &abilities)
+DriverAbilities plainAbilities(const DriverAbilities &abilities)
 {
     DriverAbilities plain;
     plain.fragmentHighp = abilities.fragmentHighp;
@@ -104,37 +95,37 @@ static void buildLinked(LinkedProgram *linked, const ProgramObject *program, con
     TranslatedProgram texts =
         translateProgram(program->vertex->compiledSource, program->fragment->compiledSource, abilities);
     BuildResult stages[2];
-    std::string refusedLog;
-    const auto begin = std::chrono::steady_clock::now();
-    linked->driverProgram = buildDriverProgram(texts, program, linked->result, stages);
+    linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
     if (!linked->driverProgram && texts.version > 100) {
-        refusedLog = linked->result.log;
         texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource,
                                  plainAbilities(abilities));
         linked->result = {};
-        linked->driverProgram = buildDriverProgram(texts, program, linked->result, stages);
-    }
-    if (explains()) {
-        const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
-        linked->explained = explainBuild({.key = linked->key,
-                                          .vertex = program->vertex->compiledSource,
-                                          .fragment = program->fragment->compiledSource,
-                                          .handed = texts,
-                                          .refusedLog = refusedLog,
-                                          .stages = stages,
-                                          .result = linked->result,
-                                          .milliseconds = took.count()});
+        linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
     }
     noteShaderResult(program->vertex, stages[0]);
     noteShaderResult(program->fragment, stages[1]);
     if (!linked->driverProgram) return;
 
-    tellLosses(texts);
     readUniforms(linked);
+    linked->flatLost = texts.flatLost;
+    linked->lineCoordLost = texts.lineCoordLost;
     linked->expandsLines = !texts.geometry.empty();
-    if (!linked->expandsLines) return;
-    linked->viewportSizeLocation = driver.glGetUniformLocation(linked->driverProgram, kViewportSizeUniform);
-    linked->lineWidthLocation = driver.glGetUniformLocation(linked->driverProgram, kLineWidthUniform);
+    if (linked->expandsLines) linked->lines = findLineUniforms(linked->driverProgram);
+}
+
+static void deleteInDriver(const LinkedProgram *linked)
+{
+    driver.glDeleteProgram(linked->driverProgram);
+    for (const ExpandedProgram *expanded : linked->expanded)
+        if (expanded) driver.glDeleteProgram(expanded->driverProgram);
+}
+
+static void freeLinked(LinkedProgram *linked)
+{
+    if (!linked) return;
+    for (ExpandedProgram *expanded : linked->expanded)
+        delete expanded;
+    delete linked;
 }
 
 // Takes a program made from the same texts out of the keeper; null when there is none.
@@ -161,8 +152,8 @@ static void trimKeeper(ProgramKeeper &keeper)
             break;
         }
         keeper.idle.erase(oldest);
-        driver.glDeleteProgram(linked->driverProgram);
-        delete linked;
+        deleteInDriver(linked);
+        freeLinked(linked);
     }
 }
 
@@ -183,7 +174,6 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program)
     std::string key = keyOf(program);
     LinkedProgram *linked = takeKept(group->keeper, key);
     if (linked) {
-        if (linked->explained) explainKept(linked->explained);
         zeroUniforms(linked);
         driver.glUseProgram(context->program ? context->program->driverProgram : 0);
         noteShaderResult(program->vertex, {.ok = true, .log = {}});
@@ -203,8 +193,8 @@ void releaseLinked(ShareGroup *group, LinkedProgram *linked)
     if (--linked->users > 0) return;
     if (!linked->keepable) {
         // Without a current context of the group the driver's program stays until the group's contexts go.
-        if (currentContext && currentContext->group == group) driver.glDeleteProgram(linked->driverProgram);
-        delete linked;
+        if (currentContext && currentContext->group == group) deleteInDriver(linked);
+        freeLinked(linked);
         return;
     }
     group->keeper.idle.push_front(linked);
@@ -215,12 +205,12 @@ void freeShareGroup(ShareGroup *group)
 {
     // Contexts have let go of their programs, so each linked one belongs to one program object or to the keeper.
     for (const auto &[name, program] : group->programs) {
-        delete program->linked;
+        freeLinked(program->linked);
         delete program;
     }
     for (const auto &[name, shader] : group->shaders)
         delete shader;
     for (LinkedProgram *linked : group->keeper.idle)
-        delete linked;
+        freeLinked(linked);
     delete group;
 }

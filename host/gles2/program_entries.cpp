@@ -105,6 +105,7 @@ static void setLinkedProgram(Context *context, LinkedProgram *linked)
     context->program = linked;
     context->uniformSlots = linked ? linked->slots : nullptr;
     context->uniformCount = linked ? static_cast<uint32_t>(linked->slotCount) : 0;
+    updateSpecialDraws(context);
 }
 
 // Puts a linked program in use in the context, for this layer and the driver; null takes the present one out of use.

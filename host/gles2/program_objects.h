@@ -4,6 +4,7 @@
 // tell which version of the language they need, and a linked program outlives the program it was linked for.
 #pragma once
 
+#include "buffer_copies.h"
 #include "gl_api.h"
 #include "object_names.h"
 #include "translator.h"
@@ -63,7 +64,15 @@ struct UniformSlot {
     uint32_t *held;   // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it
 };
 
-struct ExplainedProgram;
+/// The viewport's size and the line's width in a program that makes rectangles of lines, and what was last loaded.
+struct LineUniforms {
+    GLint viewportSizeLocation;
+    GLint lineWidthLocation;
+    GLfloat loadedViewportSize[2]; // pixels
+    GLfloat loadedLineWidth;       // pixels
+};
+
+struct ExpandedProgram;
 
 struct LinkedProgram {
     GLuint driverProgram; // 0: linking failed
@@ -76,11 +85,10 @@ struct LinkedProgram {
     std::vector<uint32_t> values;
     bool keepable;     // every uniform is remembered, so that all can be put back to zero
     bool expandsLines; // has the geometry shader that makes rectangles of lines
-    GLint viewportSizeLocation;
-    GLint lineWidthLocation;
-    GLfloat loadedViewportSize[2];
-    GLfloat loadedLineWidth;
-    ExplainedProgram *explained; // its record; null unless TRL20_EXPLAIN is set
+    bool flatLost;     // see TranslatedProgram
+    bool lineCoordLost;
+    LineUniforms lines;                     // with expandsLines
+    ExpandedProgram *expanded[kExpansions]; // by Expansion; null until a draw needs one
 };
 
 struct ProgramObject {
@@ -114,6 +122,7 @@ struct ShareGroup {
     SharedNames names; // of the other objects; has a lock of its own
     bool abilitiesKnown;
     DriverAbilities abilities;
+    BufferCopies copies;
     std::atomic<uint32_t> buffersDeleted; // counts calls that deleted buffers, in any context of the group
 };
 

@@ -29,6 +29,35 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program);
 /// Takes one user away; without any the program goes to the keeper. The group's lock must be held.
 void releaseLinked(ShareGroup *group, LinkedProgram *linked);
 
+/// Compiles the stages and links them, with attributes bound to these indices. Returns the driver's program, 0 when a
+/// stage or the linking failed. `stages` receives what the compiler said of the vertex and the fragment shader.
+GLuint buildDriverProgram(const TranslatedProgram &texts, const std::map<std::string, GLuint> &attributeBindings,
+                          BuildResult &result, BuildResult (&stages)[2]);
+
+/// The abilities of GLSL ES 1.00 alone, for a driver whose higher versions refuse what they should accept.
+DriverAbilities plainAbilities(const DriverAbilities &abilities);
+
+/// A uniform of a linked program of the driver; an array's name ends with "[0]".
+struct ActiveUniform {
+    std::string name;
+    GLenum type;
+    GLint elements;
+};
+
+/// The uniforms of the given texts: not those of the expansion.
+std::vector<ActiveUniform> activeUniforms(GLuint driverProgram);
+
+/// None for a type that OpenGL ES 2.0 does not have.
+UniformKind kindOf(GLenum type);
+
+inline constexpr size_t kMaxUniformWords = 16; // of one value
+
+/// Words of 32 bits in one value.
+uint32_t wordsOf(UniformKind kind);
+
+/// Loads one value, in words, into the driver's program in use.
+void loadUniform(UniformKind kind, GLint location, const void *value);
+
 /// Finds the program's uniforms, all at the value zero.
 void readUniforms(LinkedProgram *linked);
 

@@ -37,9 +37,14 @@ bool isPrecision(std::string_view word)
     return word == "lowp" || word == "mediump" || word == "highp";
 }
 
-// Reads "[precision] type name {, name} ;" behind the keyword at `keyword` into the list. Returns false when the
-// declaration has another shape.
-static bool readVaryings(const std::vector<Token> &tokens, size_t keyword, bool flat, std::vector<Varying> &varyings)
+struct Declaration {
+    std::string_view type;
+    std::vector<std::string_view> names;
+};
+
+// Reads "[precision] type name {, name} ;" behind the keyword at `keyword`. Returns false when the declaration has
+// another shape; what was read up to there stays.
+static bool readDeclaration(const std::vector<Token> &tokens, size_t keyword, Declaration &declaration)
 {
     const auto wordAt = [&](size_t at) {
         const bool is = at < tokens.size() && tokens[at].kind == TokenKind::Identifier;
@@ -47,8 +52,8 @@ static bool readVaryings(const std::vector<Token> &tokens, size_t keyword, bool 
     };
     size_t at = nextSolid(tokens, keyword + 1);
     if (isPrecision(wordAt(at))) at = nextSolid(tokens, at + 1);
-    const std::string_view type = wordAt(at);
-    if (!isPassableType(type)) return false;
+    declaration.type = wordAt(at);
+    if (!isPassableType(declaration.type)) return false;
 
     for (;;) {
         at = nextSolid(tokens, at + 1);
@@ -57,7 +62,7 @@ static bool readVaryings(const std::vector<Token> &tokens, size_t keyword, bool 
         at = nextSolid(tokens, at + 1);
         if (at >= tokens.size()) return false;
         if (tokens[at].text != "," && tokens[at].text != ";") return false; // an array
-        varyings.push_back({.type = type, .name = name, .flat = flat});
+        declaration.names.push_back(name);
         if (tokens[at].text == ";") return true;
     }
 }
@@ -71,6 +76,26 @@ static size_t previousSolid(const std::vector<Token> &tokens, size_t at)
     return tokens.size();
 }
 
+static void scanVaryings(ShaderScan &scan, size_t keyword, bool unconditional)
+{
+    const size_t before = previousSolid(scan.tokens, keyword);
+    const bool flat = before < scan.tokens.size() && scan.tokens[before].text == "flat";
+    scan.flat |= flat;
+    Declaration declaration;
+    if (!readDeclaration(scan.tokens, keyword, declaration) || !unconditional) scan.varyingsAreSimple = false;
+    for (const std::string_view name : declaration.names)
+        scan.varyings.push_back({.type = declaration.type, .name = name, .flat = flat});
+}
+
+static void scanAttributes(ShaderScan &scan, size_t keyword, bool unconditional)
+{
+    Declaration declaration;
+    const bool read = readDeclaration(scan.tokens, keyword, declaration);
+    if (!read || !unconditional || declaration.type.starts_with("mat")) scan.attributesAreSimple = false;
+    for (const std::string_view name : declaration.names)
+        scan.attributes.push_back({.type = declaration.type, .name = name});
+}
+
 static void scanIdentifier(ShaderScan &scan, size_t at, int conditionalDepth)
 {
     const Token &token = scan.tokens[at];
@@ -79,13 +104,9 @@ static void scanIdentifier(ShaderScan &scan, size_t at, int conditionalDepth)
     if (token.text == "gl_FragColor") scan.fragColor = true;
     if (token.text == "gl_FragData") scan.fragData = true;
     if (token.text == "samplerExternalOES") scan.externalSampler = true;
-    if (token.text != "varying") return;
-
-    const size_t before = previousSolid(scan.tokens, at);
-    const bool flat = before < scan.tokens.size() && scan.tokens[before].text == "flat";
-    scan.flat |= flat;
-    if (!readVaryings(scan.tokens, at, flat, scan.varyings) || token.inDirective || conditionalDepth > 0)
-        scan.varyingsAreSimple = false;
+    const bool unconditional = !token.inDirective && conditionalDepth == 0;
+    if (token.text == "varying") scanVaryings(scan, at, unconditional);
+    if (token.text == "attribute") scanAttributes(scan, at, unconditional);
 }
 
 ShaderScan scanShader(std::string_view source)
@@ -93,6 +114,7 @@ ShaderScan scanShader(std::string_view source)
     ShaderScan scan{};
     scan.tokens = tokenize(source);
     scan.varyingsAreSimple = true;
+    scan.attributesAreSimple = true;
     int depth = 0;
     bool placed = true; // declarationsAt lies behind the last #version and #extension, outside of any #if
     for (size_t at = 0; at < scan.tokens.size(); ++at) {

@@ -14,18 +14,25 @@ struct Varying {
     bool flat;
 };
 
+struct Attribute {
+    std::string_view type; // float or a vector type
+    std::string_view name;
+};
+
 struct ShaderScan {
     std::vector<Token> tokens;
     std::vector<Varying> varyings;
-    bool varyingsAreSimple; // every varying is in the list: none in a macro or an #if, no arrays, no structures
-    bool flat;              // has a flat varying
-    bool lineCoord;         // reads gl_LineCoord
-    bool fogFactor;         // writes gl_FogFactor
-    bool fragColor;         // writes gl_FragColor
-    bool fragData;          // writes gl_FragData
-    bool externalSampler;   // names samplerExternalOES
-    bool ownVersion;        // says #version, and not 100
-    size_t declarationsAt;  // index of the token before which declarations can be added; may be tokens.size()
+    std::vector<Attribute> attributes;
+    bool varyingsAreSimple;   // every varying is in the list: none in a macro or an #if, no arrays, no structures
+    bool attributesAreSimple; // the same of the attributes, and none is a matrix
+    bool flat;                // has a flat varying
+    bool lineCoord;           // reads gl_LineCoord
+    bool fogFactor;           // writes gl_FogFactor
+    bool fragColor;           // writes gl_FragColor
+    bool fragData;            // writes gl_FragData
+    bool externalSampler;     // names samplerExternalOES
+    bool ownVersion;          // says #version, and not 100
+    size_t declarationsAt;    // index of the token before which declarations can be added; may be tokens.size()
 };
 
 /// Scans one shader. The result's views point into `source`.

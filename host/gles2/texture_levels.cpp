@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Size and format of a texture's level by the texture's name, through a driver that answers for bound textures.
-#include "texture_levels.h"
+#include "level_probe.h"
 
 static constexpr TextureTarget kTargets[] = {
     {GL_TEXTURE_2D, GL_TEXTURE_BINDING_2D},
@@ -24,8 +24,8 @@ const TextureTarget *findTextureTarget(GLenum imageTarget)
 
 LevelSize readLevelSize(GLenum imageTarget, GLint level)
 {
+    if (!driver.glGetTexLevelParameteriv) return probeLevel(imageTarget, level).size;
     LevelSize size{};
-    if (!driver.glGetTexLevelParameteriv) return size;
     driver.glGetTexLevelParameteriv(imageTarget, level, GL_TEXTURE_WIDTH, &size.width);
     driver.glGetTexLevelParameteriv(imageTarget, level, GL_TEXTURE_HEIGHT, &size.height);
     return size;
@@ -50,11 +50,18 @@ static GLint baseFormat(GLenum target, GLint level, GLint sized)
     return alpha ? GL_RGBA : GL_RGB;
 }
 
+static GLint probedValue(const ProbedLevel &probed, GLenum pname)
+{
+    if (pname == GL_TEXTURE_INTERNAL_FORMAT_QRN) return probed.format;
+    return pname == GL_TEXTURE_WIDTH_QRN ? probed.size.width : probed.size.height;
+}
+
 static GLint readLevel(GLenum target, GLint level, GLenum pname)
 {
     // No driver tells anything about the levels of external images. Such an image counts as RGBA of unknown size: one
     // without alpha samples alpha 1.
     if (target == GL_TEXTURE_EXTERNAL_OES) return pname == GL_TEXTURE_INTERNAL_FORMAT_QRN ? GL_RGBA : 0;
+    if (!driver.glGetTexLevelParameteriv) return probedValue(probeLevel(target, level), pname);
     GLint value = 0;
     if (pname == GL_TEXTURE_WIDTH_QRN) driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_WIDTH, &value);
     if (pname == GL_TEXTURE_HEIGHT_QRN) driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_HEIGHT, &value);
@@ -69,7 +76,7 @@ static GLint readLevel(GLenum target, GLint level, GLenum pname)
 void GL_APIENTRY glGetTexLevelParameterivQRN(GLuint texture, GLint face, GLint level, GLenum pname, GLint *params)
 {
     if (!currentContext) return;
-    if (!driver.glGetTexLevelParameteriv || !driver.glIsTexture(texture)) return raiseError(GL_INVALID_OPERATION);
+    if (!driver.glIsTexture(texture)) return raiseError(GL_INVALID_OPERATION);
     if (pname != GL_TEXTURE_WIDTH_QRN && pname != GL_TEXTURE_HEIGHT_QRN && pname != GL_TEXTURE_INTERNAL_FORMAT_QRN)
         return raiseError(GL_INVALID_ENUM);
     raiseError(driver.glGetError()); // errors from here on are this function's own

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "translator.h"
 
+#include "doubled_vertex.h"
 #include "line_geometry.h"
 #include "shader_scan.h"
 
@@ -11,7 +12,10 @@
 struct Target {
     int version;                            // 100, 300, 310, 320
     bool raisePrecision;                    // lowp and mediump become highp
-    bool expandLines;                       // a geometry shader stands between the stages
+    Expansion doubled;                      // what the vertex shader's main runs twice for; None: it runs once
+    bool expandLines;                       // fragments are those of a line's rectangle
+    bool geometry;                          // a geometry shader stands between the stages
+    LineEnds ends;                          // of the lines' rectangles
     std::set<std::string_view> flatNames;   // varyings that are flat in either stage: GLSL ES 3.00 wants both to agree
     std::set<std::string_view> passedNames; // varyings that the geometry shader hands on; empty without one
 };
@@ -123,12 +127,8 @@ static std::string identifier300(const Writer &writer, size_t at)
     if (word == "attribute" || word == "varying") return storage300(writer, at);
     if (word == "GL_OES_EGL_image_external" && writer.scan.tokens[at].inDirective)
         return "GL_OES_EGL_image_external_essl3";
-    if (writer.target.expandLines) {
-        if (writer.stage == ShaderStage::Vertex && writer.target.passedNames.count(word))
-            return kVertexVaryingPrefix + std::string(word);
-        // A line is always seen from its front; the rectangle made of it need not be.
-        if (writer.stage == ShaderStage::Fragment && word == "gl_FrontFacing") return "true";
-    }
+    if (writer.stage == ShaderStage::Vertex && writer.target.passedNames.count(word))
+        return kVertexVaryingPrefix + std::string(word);
     for (const Renaming &renaming : kRenamedIn300) {
         if (renaming.from == word) return std::string(renaming.to);
     }
@@ -141,6 +141,26 @@ static std::string lineCoordExpression(const Writer &writer)
     return std::string("(") + kLineCoordVarying + " / " + kLineCoordVarying + ".w)";
 }
 
+// Writes an attribute's declaration as one of the vertex' own set, and the other declarations behind it. Returns the
+// index to go on at.
+static size_t writeDoubledAttributes(Writer &writer, size_t at)
+{
+    const std::vector<Token> &tokens = writer.scan.tokens;
+    std::vector<Attribute> declared;
+    for (; tokens[at].text != ";"; ++at) {
+        const auto attribute = std::find_if(writer.scan.attributes.begin(), writer.scan.attributes.end(),
+                                            [&](const Attribute &a) { return a.name == tokens[at].text; });
+        if (attribute != writer.scan.attributes.end()) {
+            writer.out += kOwnAttributePrefix;
+            declared.push_back(*attribute);
+        }
+        writer.out += tokens[at].text;
+    }
+    writer.out += ';';
+    writer.out += secondDeclarations(declared);
+    return at + 1;
+}
+
 // Writes the identifier at `at`. Returns the index to go on at.
 static size_t writeIdentifier(Writer &writer, size_t at)
 {
@@ -151,11 +171,17 @@ static size_t writeIdentifier(Writer &writer, size_t at)
     if (word == "invariant" && next == "varying" && writer.target.version >= 300 &&
         writer.stage == ShaderStage::Fragment)
         return dropWord(writer, at);
+    const bool doubled = writer.target.doubled != Expansion::None && writer.stage == ShaderStage::Vertex;
+    if (doubled && word == "attribute") return writeDoubledAttributes(writer, at);
 
     if (writer.target.raisePrecision && isPrecision(word))
         writer.out += "highp";
     else if (word == "gl_LineCoord" && writer.stage == ShaderStage::Fragment)
         writer.out += lineCoordExpression(writer);
+    else if (word == "gl_FrontFacing" && writer.target.expandLines)
+        writer.out += "true"; // a line is always seen from its front; the rectangle made of it need not be
+    else if (doubled && word == "main")
+        writer.out += kGivenMain;
     else if (word == "gl_FogFactor")
         writer.out += "trl20_FogFactor";
     else if (writer.target.version >= 300)
@@ -180,9 +206,10 @@ static std::string declarations(const Writer &writer)
     if (writer.target.version >= 300) {
         if (writer.scan.fragColor) text += "out highp vec4 trl20_FragColor; ";
         if (writer.scan.fragData) text += "layout(location = 0) out highp vec4 trl20_FragData[gl_MaxDrawBuffers]; ";
-        if (writer.target.expandLines && writer.scan.lineCoord)
-            text += std::string("in highp vec4 ") + kLineCoordVarying + "; ";
     }
+    if (writer.target.expandLines && writer.scan.lineCoord)
+        text +=
+            (writer.target.version >= 300 ? "in highp " : "varying " + precision) + "vec4 " + kLineCoordVarying + "; ";
     return text;
 }
 
@@ -211,6 +238,13 @@ static std::string versionHeader(int version)
     return "#version " + std::to_string(version) + " es\n";
 }
 
+static std::string doubledMain(const ShaderScan &scan, const Target &target)
+{
+    if (target.doubled == Expansion::FlatShading) return flatMain(scan, target.flatNames);
+    if (target.doubled == Expansion::Lines) return lineMain(scan, target.flatNames, target.ends);
+    return {};
+}
+
 static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const Target &target)
 {
     Writer writer{.scan = scan, .target = target, .stage = stage, .out = {}};
@@ -230,6 +264,7 @@ static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const 
         }
     }
     if (scan.declarationsAt >= scan.tokens.size()) writeDeclarations(writer);
+    if (stage == ShaderStage::Vertex) writer.out += doubledMain(scan, target);
     return std::move(writer.out);
 }
 
@@ -255,25 +290,41 @@ static std::string geometryHeader(const DriverAbilities &abilities)
 }
 
 // The wishes of one or two shaders together.
-static Target chooseTarget(const DriverAbilities &abilities, const ShaderScan &scan, bool canExpandLines)
+static Target chooseTarget(const DriverAbilities &abilities, const ShaderScan &scan, bool wantsLines)
 {
     Target target{.version = 100,
                   .raisePrecision = abilities.fragmentHighp,
+                  .doubled = Expansion::None,
                   .expandLines = false,
+                  .geometry = false,
+                  .ends = scan.lineCoord ? LineEnds::Square : LineEnds::Upright,
                   .flatNames = {},
                   .passedNames = {}};
     if (scan.externalSampler && !abilities.externalImageEssl300) return target;
-    if (scan.lineCoord && canExpandLines && geometryVersion(abilities)) {
+    if (wantsLines && scan.varyingsAreSimple && geometryVersion(abilities)) {
         target.version = geometryVersion(abilities);
         target.expandLines = true;
+        target.geometry = true;
     } else if (scan.flat && abilities.essl300) {
         target.version = 300;
     }
     return target;
 }
 
+// Where version and geometry shader do not bring what the expansion is to bring, main has to run twice: in 1.00, since
+// flat varyings come along with it.
+static void doubleVertex(Target &target, const ShaderScan &vertexScan, Expansion expansion)
+{
+    const bool needed =
+        expansion == Expansion::Lines ? !target.geometry : expansion == Expansion::FlatShading && target.version == 100;
+    if (!needed || !canDouble(vertexScan)) return;
+    target.version = 100;
+    target.doubled = expansion;
+    target.expandLines = expansion == Expansion::Lines;
+}
+
 TranslatedProgram translateProgram(const std::string &vertex, const std::string &fragment,
-                                   const DriverAbilities &abilities)
+                                   const DriverAbilities &abilities, Expansion expansion)
 {
     TranslatedProgram program;
     const ShaderScan vertexScan = scanShader(vertex);
@@ -289,23 +340,29 @@ TranslatedProgram translateProgram(const std::string &vertex, const std::string 
     both.flat = vertexScan.flat || fragmentScan.flat;
     both.lineCoord = fragmentScan.lineCoord;
     both.externalSampler = vertexScan.externalSampler || fragmentScan.externalSampler;
-    Target target = chooseTarget(abilities, both, vertexScan.varyingsAreSimple);
-    if (target.version != 100) {
+    both.varyingsAreSimple = vertexScan.varyingsAreSimple;
+    Target target = chooseTarget(abilities, both, both.lineCoord || expansion == Expansion::Lines);
+    doubleVertex(target, vertexScan, expansion);
+    if (target.version != 100 || target.doubled != Expansion::None) {
         collectFlat(vertexScan, target.flatNames);
         collectFlat(fragmentScan, target.flatNames);
     }
-    if (target.expandLines) {
+    if (target.doubled != Expansion::None) {
+        for (const Attribute &attribute : vertexScan.attributes)
+            program.doubledAttributes.emplace_back(attribute.name);
+    }
+    if (target.geometry) {
         std::vector<Varying> varyings = vertexScan.varyings;
         for (Varying &varying : varyings) {
             varying.flat = target.flatNames.count(varying.name) != 0;
             target.passedNames.insert(varying.name);
         }
-        program.geometry = lineGeometryShader(geometryHeader(abilities), varyings);
+        program.geometry = lineGeometryShader(geometryHeader(abilities), varyings, target.ends);
     }
     program.vertex = writeShader(ShaderStage::Vertex, vertexScan, target);
     program.fragment = writeShader(ShaderStage::Fragment, fragmentScan, target);
     program.version = target.version;
-    program.flatLost = both.flat && target.version == 100;
+    program.flatLost = both.flat && target.version == 100 && target.doubled == Expansion::None;
     program.lineCoordLost = both.lineCoord && !target.expandLines;
     return program;
 }
@@ -314,7 +371,7 @@ std::string translateShader(ShaderStage stage, const std::string &source, const 
 {
     const ShaderScan scan = scanShader(source);
     if (scan.ownVersion) return source;
-    Target target = chooseTarget(abilities, scan, stage == ShaderStage::Fragment);
+    Target target = chooseTarget(abilities, scan, stage == ShaderStage::Fragment && scan.lineCoord);
     if (target.version != 100) collectFlat(scan, target.flatNames);
     return writeShader(stage, scan, target);
 }

@@ -4,27 +4,41 @@
 //
 //   given                                     becomes
 //   precision qualifier before a bool type    nothing
-//   flat varying                              GLSL ES 3.00, or smooth where the driver has only 1.00
+//   flat varying                              GLSL ES 3.00; smooth where the driver has only 1.00
 //   #pragma GL_QRN_flat_varying               nothing
 //   #extension GL_QRN_line_coord, fog_blend   nothing
-//   gl_LineCoord                              an input from a generated geometry shader, or the line's middle
+//   gl_LineCoord                              an input from a generated geometry shader; else the line's middle
 //   gl_FogFactor                              a variable that nothing reads: fog is blended in the text itself
 //   #extension GL_OES_EGL_image_external      nothing when no external sampler is used; _essl3 in 3.00
 //   lowp, mediump, no default in fragments    highp, where fragment shaders have it
+//
+// Where that loses something, or where lines are wider than the driver's, draws need another program for the same
+// texts: an expanded one. See Expansion.
 #pragma once
 
 #include <string>
+#include <vector>
 
-/// What the driver's shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
+/// What the driver and its shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
 struct DriverAbilities {
     bool fragmentHighp = false;                // highp float in fragment shaders
     bool essl300 = false;                      // #version 300 es
     bool externalImageEssl300 = false;         // GL_OES_EGL_image_external_essl3
     bool geometryEssl320 = false;              // #version 320 es, with geometry shaders in it
     std::string geometryExtensionEssl310 = {}; // geometry shaders as an extension of 310 es: its name; empty = none
+    float widestLine = 1.0f;                   // pixels
 };
 
 enum class ShaderStage { Vertex, Fragment };
+
+/// What a program is made for. Flat shading and lines without a geometry shader run the vertex shader's main twice, see
+/// doubled_vertex.h: their draws bring a second set of attributes.
+enum class Expansion {
+    None,
+    FlatShading, // flat varyings on a driver with GLSL ES 1.00 alone
+    Lines,       // lines as rectangles
+};
+inline constexpr int kExpansions = 3;
 
 struct TranslatedProgram {
     std::string vertex;
@@ -33,16 +47,17 @@ struct TranslatedProgram {
     int version = 100;          // GLSL ES version of all stages: 100, 300, 310 or 320; 0 when a text named its own
     bool flatLost = false;      // flat shading was asked for and is drawn smooth
     bool lineCoordLost = false; // gl_LineCoord was asked for and is constant: lines are not smoothed
+    std::vector<std::string> doubledAttributes = {}; // the given names of those in both sets; empty without doubling
 };
 
-/// Names in the generated geometry shader, for whoever loads them: the viewport's size and the line's width, in pixels.
+/// Names in the expansion of lines, for whoever loads them: the viewport's size and the line's width, in pixels.
 inline constexpr const char *kViewportSizeUniform = "trl20_ViewportSize"; // vec2
 inline constexpr const char *kLineWidthUniform = "trl20_LineWidth";       // float
 
 /// Both shaders of a program, in one version of the language. A program whose text names a #version other than 100 is
-/// handed back unchanged.
+/// handed back unchanged. An expansion that the texts do not allow leaves what it was to bring back lost.
 TranslatedProgram translateProgram(const std::string &vertex, const std::string &fragment,
-                                   const DriverAbilities &abilities);
+                                   const DriverAbilities &abilities, Expansion expansion = Expansion::None);
 
 /// One shader by itself, to answer whether it compiles. The version is the one its own text needs; in a program it may
 /// become a higher one.

@@ -31,14 +31,31 @@ static bool isSampler(GLenum type)
     return type == GL_SAMPLER_2D || type == GL_SAMPLER_CUBE || type == GL_SAMPLER_EXTERNAL_OES;
 }
 
+UniformKind kindOf(GLenum type)
+{
+    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                  [&](const UniformType &candidate) { return candidate.type == type; });
+    return row == std::end(kTypes) ? UniformKind::None : row->kind;
+}
+
+uint32_t wordsOf(UniformKind kind)
+{
+    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
+                                  [&](const UniformType &candidate) { return candidate.kind == kind; });
+    return row == std::end(kTypes) ? 0 : row->words;
+}
+
 // Adds the elements of one uniform. Elements without consecutive locations are left out, and false is returned: loads
 // of them go through, and what they hold is not known.
-static bool addUniform(LinkedProgram *linked, const UniformType &type, std::string name, GLint elements)
+static bool addUniform(LinkedProgram *linked, const ActiveUniform &uniform)
 {
+    const UniformKind kind = kindOf(uniform.type);
+    const GLint elements = uniform.elements;
+    std::string name = uniform.name;
     const bool isArray = name.ends_with("[0]");
     if (isArray) name.resize(name.size() - 3);
     const GLint first = driver.glGetUniformLocation(linked->driverProgram, name.c_str());
-    if (first < 0 || first + elements > kMaxRememberedLocation) return false;
+    if (kind == UniformKind::None || first < 0 || first + elements > kMaxRememberedLocation) return false;
     for (GLint i = 1; i < elements; ++i) {
         const std::string element = name + "[" + std::to_string(i) + "]";
         if (driver.glGetUniformLocation(linked->driverProgram, element.c_str()) != first + i) return false;
@@ -48,24 +65,17 @@ static bool addUniform(LinkedProgram *linked, const UniformType &type, std::stri
     if (linked->uniforms.size() < end) linked->uniforms.resize(end);
     for (GLint i = 0; i < elements; ++i) {
         linked->uniforms[static_cast<size_t>(first + i)] = {
-            .kind = type.kind,
-            .heldKind = type.kind,
+            .kind = kind,
+            .heldKind = kind,
             .isArray = isArray,
-            .isSampler = isSampler(type.type),
+            .isSampler = isSampler(uniform.type),
             .element = i,
             .elementsLeft = elements - i,
             .held = nullptr,
         };
     }
-    linked->values.resize(linked->values.size() + type.words * static_cast<size_t>(elements));
+    linked->values.resize(linked->values.size() + wordsOf(kind) * static_cast<size_t>(elements));
     return true;
-}
-
-static uint32_t wordsOf(UniformKind kind)
-{
-    const auto row = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                  [&](const UniformType &candidate) { return candidate.kind == kind; });
-    return row == std::end(kTypes) ? 0 : row->words;
 }
 
 // Gives every location its place, once the memory of neither list moves any longer.
@@ -80,67 +90,72 @@ static void placeValues(LinkedProgram *linked)
     }
 }
 
-void readUniforms(LinkedProgram *linked)
+std::vector<ActiveUniform> activeUniforms(GLuint driverProgram)
 {
     GLint count = 0;
     GLint longest = 0;
-    driver.glGetProgramiv(linked->driverProgram, GL_ACTIVE_UNIFORMS, &count);
-    driver.glGetProgramiv(linked->driverProgram, GL_ACTIVE_UNIFORM_MAX_LENGTH, &longest);
-    std::string name;
-    linked->keepable = true;
+    driver.glGetProgramiv(driverProgram, GL_ACTIVE_UNIFORMS, &count);
+    driver.glGetProgramiv(driverProgram, GL_ACTIVE_UNIFORM_MAX_LENGTH, &longest);
+    std::vector<ActiveUniform> uniforms;
     for (GLint i = 0; i < count; ++i) {
+        ActiveUniform uniform{.name = std::string(static_cast<size_t>(longest) + 1, '\0'), .type = 0, .elements = 0};
         GLsizei length = 0;
-        GLint elements = 0;
-        GLenum type = 0;
-        name.assign(static_cast<size_t>(longest) + 1, '\0');
-        driver.glGetActiveUniform(linked->driverProgram, static_cast<GLuint>(i), longest + 1, &length, &elements, &type,
-                                  name.data());
-        name.resize(static_cast<size_t>(length));
-        if (name == kViewportSizeUniform || name == kLineWidthUniform) continue; // loaded by the draw itself
-        const auto known = std::find_if(std::begin(kTypes), std::end(kTypes),
-                                        [&](const UniformType &row) { return row.type == type; });
-        if (known == std::end(kTypes) || !addUniform(linked, *known, name, elements)) linked->keepable = false;
+        driver.glGetActiveUniform(driverProgram, static_cast<GLuint>(i), longest + 1, &length, &uniform.elements,
+                                  &uniform.type, uniform.name.data());
+        uniform.name.resize(static_cast<size_t>(length));
+        // Those are loaded by the draw itself.
+        if (uniform.name != kViewportSizeUniform && uniform.name != kLineWidthUniform)
+            uniforms.push_back(std::move(uniform));
     }
+    return uniforms;
+}
+
+void readUniforms(LinkedProgram *linked)
+{
+    linked->keepable = true;
+    for (const ActiveUniform &uniform : activeUniforms(linked->driverProgram))
+        if (!addUniform(linked, uniform)) linked->keepable = false;
     placeValues(linked);
 }
 
-static void zeroUniform(UniformKind kind, GLint location)
+void loadUniform(UniformKind kind, GLint location, const void *value)
 {
-    static constexpr GLfloat zeros[16] = {};
-    static constexpr GLint zeroInts[4] = {};
+    const GLfloat *floats = static_cast<const GLfloat *>(value);
+    const GLint *integers = static_cast<const GLint *>(value);
     switch (kind) {
     case UniformKind::None:
         return;
     case UniformKind::Int1:
-        return driver.glUniform1iv(location, 1, zeroInts);
+        return driver.glUniform1iv(location, 1, integers);
     case UniformKind::Int2:
-        return driver.glUniform2iv(location, 1, zeroInts);
+        return driver.glUniform2iv(location, 1, integers);
     case UniformKind::Int3:
-        return driver.glUniform3iv(location, 1, zeroInts);
+        return driver.glUniform3iv(location, 1, integers);
     case UniformKind::Int4:
-        return driver.glUniform4iv(location, 1, zeroInts);
+        return driver.glUniform4iv(location, 1, integers);
     case UniformKind::Float1:
-        return driver.glUniform1fv(location, 1, zeros);
+        return driver.glUniform1fv(location, 1, floats);
     case UniformKind::Float2:
-        return driver.glUniform2fv(location, 1, zeros);
+        return driver.glUniform2fv(location, 1, floats);
     case UniformKind::Float3:
-        return driver.glUniform3fv(location, 1, zeros);
+        return driver.glUniform3fv(location, 1, floats);
     case UniformKind::Float4:
-        return driver.glUniform4fv(location, 1, zeros);
+        return driver.glUniform4fv(location, 1, floats);
     case UniformKind::Matrix2:
-        return driver.glUniformMatrix2fv(location, 1, GL_FALSE, zeros);
+        return driver.glUniformMatrix2fv(location, 1, GL_FALSE, floats);
     case UniformKind::Matrix3:
-        return driver.glUniformMatrix3fv(location, 1, GL_FALSE, zeros);
+        return driver.glUniformMatrix3fv(location, 1, GL_FALSE, floats);
     case UniformKind::Matrix4:
-        return driver.glUniformMatrix4fv(location, 1, GL_FALSE, zeros);
+        return driver.glUniformMatrix4fv(location, 1, GL_FALSE, floats);
     }
 }
 
 void zeroUniforms(LinkedProgram *linked)
 {
+    static constexpr uint32_t zeros[kMaxUniformWords] = {}; // of floats as of integers
     driver.glUseProgram(linked->driverProgram);
     for (size_t location = 0; location < linked->uniforms.size(); ++location) {
-        zeroUniform(linked->uniforms[location].kind, static_cast<GLint>(location));
+        loadUniform(linked->uniforms[location].kind, static_cast<GLint>(location), zeros);
         linked->uniforms[location].heldKind = linked->uniforms[location].kind;
     }
     std::fill(linked->values.begin(), linked->values.end(), 0u);

@@ -104,6 +104,13 @@ static void forgetBuffer(Context *context, GLuint buffer)
         if (array.buffer == buffer) array.known = false;
 }
 
+static void forgetCopies(ShareGroup *group, GLsizei n, const GLuint *names)
+{
+    const std::lock_guard<std::mutex> guard(group->lock);
+    for (GLsizei i = 0; i < n; ++i)
+        group->copies.bytes.erase(names[i]);
+}
+
 void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
 {
     Context *context = currentContext;
@@ -112,6 +119,7 @@ void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
     driver.glDeleteBuffers(n, names);
     for (GLsizei i = 0; i < n; ++i)
         forgetBuffer(context, names[i]);
+    if (context->group->copies.kept) forgetCopies(context->group, n, names);
     const uint32_t before = context->group->buffersDeleted.fetch_add(1, std::memory_order_relaxed);
     // Where another context deleted something in between, the next look at the count finds the difference.
     if (before == context->buffers.deletedSeen) context->buffers.deletedSeen = before + 1;
@@ -123,16 +131,31 @@ GLboolean GL_APIENTRY glIsBuffer(GLuint buffer)
     return driver.glIsBuffer(buffer);
 }
 
+// 0 for targets that do not exist.
+static GLuint boundBuffer(const Context *context, GLenum target)
+{
+    if (target == GL_ARRAY_BUFFER) return context->buffers.array;
+    return target == GL_ELEMENT_ARRAY_BUFFER ? context->buffers.element : 0;
+}
+
 void GL_APIENTRY glBufferData(GLenum target, GLsizeiptr size, const void *bytes, GLenum usage)
 {
     if (currentContext) syncArrayBuffer(currentContext);
     driver.glBufferData(target, size, bytes, usage);
+    Context *context = currentContext;
+    if (!context || !context->group->copies.kept) return;
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    copyBuffer(context->group->copies, boundBuffer(context, target), size, bytes, usage);
 }
 
 void GL_APIENTRY glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size, const void *bytes)
 {
     if (currentContext) syncArrayBuffer(currentContext);
     driver.glBufferSubData(target, offset, size, bytes);
+    Context *context = currentContext;
+    if (!context || !context->group->copies.kept) return;
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    copyIntoBuffer(context->group->copies, boundBuffer(context, target), offset, size, bytes);
 }
 
 void GL_APIENTRY glGetBufferParameteriv(GLenum target, GLenum pname, GLint *params)
@@ -255,4 +278,28 @@ void GL_APIENTRY glVertexAttrib3fv(GLuint index, const GLfloat *v)
 void GL_APIENTRY glVertexAttrib4fv(GLuint index, const GLfloat *v)
 {
     setValue(index, v[0], v[1], v[2], v[3]);
+}
+
+// An array whose state is not known reads a buffer that is gone: nothing can be read for it, before or after.
+static void putBackAttribute(const AttributeState &attributes, GLuint location)
+{
+    const AttributeArray &array = attributes.arrays[location];
+    driver.glBindBuffer(GL_ARRAY_BUFFER, array.known ? array.buffer : 0);
+    if (array.known)
+        driver.glVertexAttribPointer(location, array.size, array.type, array.normalized, array.strideBytes,
+                                     array.pointer);
+    else
+        driver.glVertexAttribPointer(location, 4, GL_FLOAT, GL_FALSE, 0, nullptr);
+    if (attributes.enabled & (1u << location))
+        driver.glEnableVertexAttribArray(location);
+    else
+        driver.glDisableVertexAttribArray(location);
+    driver.glVertexAttrib4fv(location, attributes.values[location]);
+}
+
+void putBackAttributes(const Context *context, uint32_t locations)
+{
+    for (GLuint location = 0; location < kMaxAttributes; ++location)
+        if (locations & (1u << location)) putBackAttribute(context->attributes, location);
+    driver.glBindBuffer(GL_ARRAY_BUFFER, context->buffers.driverArray);
 }

@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Buffer bindings as the driver has them.
+// Buffer bindings and vertex attributes as the driver has them.
 #pragma once
 
 #include "context.h"
 
 /// Brings the driver's array-buffer binding up to the application's. Needed before every call that reads it.
 void syncArrayBuffer(Context *context);
+
+/// Gives these attributes, one bit each, back the state they had before a draw used them for something else.
+void putBackAttributes(const Context *context, uint32_t locations);

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+#include "doubled_vertex.h"
+
+#include <algorithm>
+
+bool canDouble(const ShaderScan &scan)
+{
+    const bool hasMain = std::any_of(scan.tokens.begin(), scan.tokens.end(),
+                                     [](const Token &token) { return token.text == "main" && !token.inDirective; });
+    return hasMain && scan.attributesAreSimple && scan.varyingsAreSimple && !scan.attributes.empty();
+}
+
+std::string secondDeclarations(const std::vector<Attribute> &attributes)
+{
+    std::string text;
+    for (const Attribute &attribute : attributes) {
+        const std::string type(attribute.type);
+        const std::string name(attribute.name);
+        text += " attribute " + type + " " + kOtherAttributePrefix + name + "; " + type + " " + name + ";";
+    }
+    return text;
+}
+
+// The given main, run with one of the sets.
+static std::string runWith(const ShaderScan &scan, const std::string &prefix)
+{
+    std::string text;
+    for (const Attribute &attribute : scan.attributes) {
+        const std::string name(attribute.name);
+        text += "    " + name + " = " + prefix + name + ";\n";
+    }
+    return text + "    " + kGivenMain + "();\n";
+}
+
+// Local copies of the flat varyings, and back.
+static std::string keepFlat(const ShaderScan &scan, const std::set<std::string_view> &flatNames)
+{
+    std::string text;
+    for (const Varying &varying : scan.varyings) {
+        if (!flatNames.count(varying.name)) continue;
+        const std::string name(varying.name);
+        text += "    " + std::string(varying.type) + " trl20_flat_" + name + " = " + name + ";\n";
+    }
+    return text;
+}
+
+static std::string restoreFlat(const ShaderScan &scan, const std::set<std::string_view> &flatNames)
+{
+    std::string text;
+    for (const Varying &varying : scan.varyings) {
+        const std::string name(varying.name);
+        if (flatNames.count(varying.name)) text += "    " + name + " = trl20_flat_" + name + ";\n";
+    }
+    return text;
+}
+
+std::string flatMain(const ShaderScan &scan, const std::set<std::string_view> &flatNames)
+{
+    return "\nvoid main()\n{\n" + runWith(scan, kOtherAttributePrefix) + keepFlat(scan, flatNames) +
+           runWith(scan, kOwnAttributePrefix) + restoreFlat(scan, flatNames) + "}\n";
+}
+
+static constexpr const char *kLineDeclarations = R"(
+attribute vec2 trl20_Corner;
+varying vec4 trl20_LineCoord;
+)";
+
+static constexpr const char *kCornerPosition = R"(    vec4 trl20_a = trl20_second ? trl20_far : gl_Position;
+    vec4 trl20_b = trl20_second ? gl_Position : trl20_far;
+    trl20_LineCoord = vec4(trl20_Corner.x, 0.5 + 0.5 * trl20_Corner.y, 0.0, 1.0) * gl_Position.w;
+    gl_Position.xy += trl20_lineOffset(trl20_a, trl20_b) * trl20_Corner.y * gl_Position.w;
+    if (trl20_isOutside(trl20_a, trl20_b)) gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
+}
+)";
+
+std::string lineMain(const ShaderScan &scan, const std::set<std::string_view> &flatNames, LineEnds ends)
+{
+    std::string text = kLineDeclarations + lineFunctions(ends);
+    text += "\nvoid main()\n{\n" + runWith(scan, kOtherAttributePrefix) + keepFlat(scan, flatNames);
+    text += "    vec4 trl20_far = gl_Position;\n" + runWith(scan, kOwnAttributePrefix);
+    text += "    bool trl20_second = trl20_Corner.x > 0.5;\n";
+    const std::string restore = restoreFlat(scan, flatNames);
+    if (!restore.empty()) text += "    if (!trl20_second) {\n" + restore + "    }\n";
+    return text + kCornerPosition;
+}

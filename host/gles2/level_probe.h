@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+// Size and format of a texture's level from a driver that has no query for them: by uploads of no texels, which the
+// driver refuses for another format, and beyond the level's edges.
+#pragma once
+
+#include "texture_levels.h"
+
+struct ProbedLevel {
+    LevelSize size;
+    GLint format; // as glTexImage2D names it
+};
+
+/// The level of the texture bound at an image target; all 0 when there is none, or when the driver lets everything
+/// pass. Texels and pending errors stay as they are.
+ProbedLevel probeLevel(GLenum imageTarget, GLint level);
