@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "paletted.h"
 
+#include "compressed_images.h"
+
 #include <algorithm>
 #include <cstring>
 
@@ -83,22 +85,17 @@ void uploadPaletted(GLenum target, GLint level, GLenum internalFormat, GLsizei w
     if (level < -(mostLevels(width, height) - 1)) return raiseError(GL_INVALID_VALUE);
     const int levels = 1 - level;
     if (width == 0 || height == 0) // no texels, but the level comes into being
-        return driver.glTexImage2D(target, 0, static_cast<GLint>(format.upload), width, height, 0, format.upload,
-                                   format.uploadType, nullptr);
+        return uploadPacked(target, 0, format.upload, format.uploadType, width, height, nullptr);
     if (size < 0 || static_cast<size_t>(size) != palettedSize(format, width, height, levels) || !bytes)
         return raiseError(GL_INVALID_VALUE);
 
-    GLint alignment = 4;
-    driver.glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
-    driver.glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     const uint8_t *palette = static_cast<const uint8_t *>(bytes);
     const uint8_t *indices = palette + paletteSize(format);
     for (int i = 0; i < levels; ++i) {
         const size_t texels = texelsOfLevel(width, height, i);
         const std::vector<uint8_t> image = expandPaletted(format, palette, indices, texels);
-        driver.glTexImage2D(target, i, static_cast<GLint>(format.upload), std::max(width >> i, 1),
-                            std::max(height >> i, 1), 0, format.upload, format.uploadType, image.data());
+        uploadPacked(target, i, format.upload, format.uploadType, std::max(width >> i, 1), std::max(height >> i, 1),
+                     image.data());
         indices += indexSize(format, texels);
     }
-    driver.glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
 }
