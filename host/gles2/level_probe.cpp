@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "level_probe.h"
 
-struct TexelFormat {
+struct ProbedFormat {
     GLenum format;
     GLenum type;
 };
 
 // In plain OpenGL ES 2.0 a format is a texture's own or is refused. The types are those of sized formats, which some
 // drivers hold a texture of an EGL image to.
-static constexpr TexelFormat kFormats[] = {
+static constexpr ProbedFormat kFormats[] = {
     {GL_RGBA, GL_UNSIGNED_BYTE},          {GL_RGB, GL_UNSIGNED_BYTE},
     {GL_RGB, GL_UNSIGNED_SHORT_5_6_5},    {GL_RGBA, GL_UNSIGNED_SHORT_4_4_4_4},
     {GL_RGBA, GL_UNSIGNED_SHORT_5_5_5_1}, {GL_ALPHA, GL_UNSIGNED_BYTE},
@@ -18,7 +18,7 @@ static constexpr TexelFormat kFormats[] = {
 struct Level {
     GLenum imageTarget;
     GLint level;
-    TexelFormat texels;
+    ProbedFormat texels;
 };
 
 static bool reaches(const Level &level, GLint x, GLint y)
@@ -40,17 +40,17 @@ static GLint findEdge(const Level &level, bool alongX, GLint limit)
     return inside;
 }
 
-ProbedLevel probeLevel(GLenum imageTarget, GLint level)
+TextureLevel probeLevel(GLenum imageTarget, GLint level)
 {
     GLint limit = 0;
     driver.glGetIntegerv(GL_MAX_TEXTURE_SIZE, &limit);
-    raiseError(driver.glGetError()); // errors from here on are answers
-    for (const TexelFormat &texels : kFormats) {
+    for (const ProbedFormat &texels : kFormats) {
         const Level candidate = {.imageTarget = imageTarget, .level = level, .texels = texels};
         if (!reaches(candidate, 0, 0)) continue;
         if (reaches(candidate, limit + 1, 0)) return {};
-        return {.size = {.width = findEdge(candidate, true, limit), .height = findEdge(candidate, false, limit)},
-                .format = static_cast<GLint>(texels.format)};
+        return {.width = findEdge(candidate, true, limit),
+                .height = findEdge(candidate, false, limit),
+                .format = texels.format};
     }
     return {};
 }

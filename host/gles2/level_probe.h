@@ -5,11 +5,6 @@
 
 #include "texture_levels.h"
 
-struct ProbedLevel {
-    LevelSize size;
-    GLint format; // as glTexImage2D names it
-};
-
 /// The level of the texture bound at an image target; all 0 when there is none, or when the driver lets everything
-/// pass. Texels and pending errors stay as they are.
-ProbedLevel probeLevel(GLenum imageTarget, GLint level);
+/// pass. Texels stay as they are; errors of the driver are taken, so none may be pending.
+TextureLevel probeLevel(GLenum imageTarget, GLint level);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Size and format of a texture's level by the texture's name, through a driver that answers for bound textures.
+// Size and format of a texture's level by the texture's name, through a driver that answers for bound textures, or for
+// none.
 #include "level_probe.h"
 
 static constexpr TextureTarget kTargets[] = {
@@ -22,17 +23,8 @@ const TextureTarget *findTextureTarget(GLenum imageTarget)
     return nullptr;
 }
 
-LevelSize readLevelSize(GLenum imageTarget, GLint level)
-{
-    if (!driver.glGetTexLevelParameteriv) return probeLevel(imageTarget, level).size;
-    LevelSize size{};
-    driver.glGetTexLevelParameteriv(imageTarget, level, GL_TEXTURE_WIDTH, &size.width);
-    driver.glGetTexLevelParameteriv(imageTarget, level, GL_TEXTURE_HEIGHT, &size.height);
-    return size;
-}
-
 // The format as the caller of glTexImage2D names it, from the sized format the driver tells.
-static GLint baseFormat(GLenum target, GLint level, GLint sized)
+static GLenum baseFormat(GLenum target, GLint level, GLint sized)
 {
     switch (sized) {
     case GL_ALPHA:
@@ -40,7 +32,7 @@ static GLint baseFormat(GLenum target, GLint level, GLint sized)
     case GL_RGBA:
     case GL_LUMINANCE:
     case GL_LUMINANCE_ALPHA:
-        return sized;
+        return static_cast<GLenum>(sized);
     }
     GLint red = 0;
     GLint alpha = 0;
@@ -50,26 +42,29 @@ static GLint baseFormat(GLenum target, GLint level, GLint sized)
     return alpha ? GL_RGBA : GL_RGB;
 }
 
-static GLint probedValue(const ProbedLevel &probed, GLenum pname)
+// False for a driver that does not answer: before OpenGL ES 3.1 the function may be there without a meaning.
+static bool askForLevel(GLenum target, GLint level, TextureLevel &found)
 {
-    if (pname == GL_TEXTURE_INTERNAL_FORMAT_QRN) return probed.format;
-    return pname == GL_TEXTURE_WIDTH_QRN ? probed.size.width : probed.size.height;
+    if (!driver.glGetTexLevelParameteriv) return false;
+    GLint format = 0;
+    driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_WIDTH, &found.width);
+    driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_HEIGHT, &found.height);
+    driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_INTERNAL_FORMAT, &format);
+    if (found.width) found.format = baseFormat(target, level, format);
+    return driver.glGetError() == GL_NO_ERROR;
 }
 
-static GLint readLevel(GLenum target, GLint level, GLenum pname)
+TextureLevel readTextureLevel(GLenum imageTarget, GLint level)
 {
-    // No driver tells anything about the levels of external images. Such an image counts as RGBA of unknown size: one
-    // without alpha samples alpha 1.
-    if (target == GL_TEXTURE_EXTERNAL_OES) return pname == GL_TEXTURE_INTERNAL_FORMAT_QRN ? GL_RGBA : 0;
-    if (!driver.glGetTexLevelParameteriv) return probedValue(probeLevel(target, level), pname);
-    GLint value = 0;
-    if (pname == GL_TEXTURE_WIDTH_QRN) driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_WIDTH, &value);
-    if (pname == GL_TEXTURE_HEIGHT_QRN) driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_HEIGHT, &value);
-    if (pname == GL_TEXTURE_INTERNAL_FORMAT_QRN) {
-        driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_INTERNAL_FORMAT, &value);
-        value = baseFormat(target, level, value);
-    }
-    return value;
+    if (imageTarget == GL_TEXTURE_EXTERNAL_OES) return level == 0 ? findExternalImage() : TextureLevel{};
+    TextureLevel found{};
+    return askForLevel(imageTarget, level, found) ? found : probeLevel(imageTarget, level);
+}
+
+static GLint valueOf(const TextureLevel &level, GLenum pname)
+{
+    if (pname == GL_TEXTURE_INTERNAL_FORMAT_QRN) return static_cast<GLint>(level.format);
+    return pname == GL_TEXTURE_WIDTH_QRN ? level.width : level.height;
 }
 
 // A name belongs to the one target it was first bound to; binding it elsewhere is an error and changes nothing.
@@ -79,6 +74,7 @@ void GL_APIENTRY glGetTexLevelParameterivQRN(GLuint texture, GLint face, GLint l
     if (!driver.glIsTexture(texture)) return raiseError(GL_INVALID_OPERATION);
     if (pname != GL_TEXTURE_WIDTH_QRN && pname != GL_TEXTURE_HEIGHT_QRN && pname != GL_TEXTURE_INTERNAL_FORMAT_QRN)
         return raiseError(GL_INVALID_ENUM);
+    if (face < 0 || face > 5 || level < 0) return raiseError(GL_INVALID_VALUE);
     raiseError(driver.glGetError()); // errors from here on are this function's own
     for (const TextureTarget &candidate : kTargets) {
         GLint bound = 0;
@@ -87,8 +83,8 @@ void GL_APIENTRY glGetTexLevelParameterivQRN(GLuint texture, GLint face, GLint l
         if (driver.glGetError() != GL_NO_ERROR) continue;
         const bool cube = candidate.target == GL_TEXTURE_CUBE_MAP;
         const GLenum image = cube ? GL_TEXTURE_CUBE_MAP_POSITIVE_X + static_cast<GLenum>(face) : candidate.target;
-        *params = readLevel(image, level, pname);
+        *params = valueOf(readTextureLevel(image, level), pname);
         driver.glBindTexture(candidate.target, static_cast<GLuint>(bound));
-        return raiseError(driver.glGetError());
+        return;
     }
 }

@@ -13,11 +13,9 @@ struct TextureTarget {
 /// The row of a bind target, or for a face of a cube map the cube map's; null for every other name.
 const TextureTarget *findTextureTarget(GLenum imageTarget);
 
-/// Texels of a level.
-struct LevelSize {
-    GLint width;
-    GLint height;
-};
+/// Size and format of a level of the texture bound at an image target; zeros for one that is not there, or that the
+/// driver tells nothing about. Errors of the driver are taken, so none may be pending.
+TextureLevel readTextureLevel(GLenum imageTarget, GLint level);
 
-/// Size of a level of the texture bound at an image target; 0 x 0 for one that is not there or that cannot be told.
-LevelSize readLevelSize(GLenum imageTarget, GLint level);
+/// What the image of the external texture that is bound was when it was given: see external_images.cpp.
+TextureLevel findExternalImage();

@@ -13,10 +13,10 @@ static constexpr GLenum kTextureBaseLevel = 0x813C;
 static constexpr GLenum kTextureMaxLevel = 0x813D;
 
 struct Region {
-    GLenum target; // 2D, or a face of a cube map
+    GLenum target; // 2D, external, or a face of a cube map
     GLuint texture;
     GLint level;
-    LevelSize levelSize;
+    TextureLevel size;
     GLint x;
     GLint y;
     GLsizei width;
@@ -108,8 +108,8 @@ static constexpr const char *kFragmentHead = "#ifdef GL_FRAGMENT_PRECISION_HIGH\
                                              "precision mediump float;\n"
                                              "#endif\n"
                                              "uniform vec2 origin, size;\n";
-static constexpr const char *kFragment2D =
-    "uniform sampler2D image;\n"
+static constexpr const char *kExternal = "#extension GL_OES_EGL_image_external : require\n";
+static constexpr const char *kFragmentFlat =
     "void main() { gl_FragColor = texture2D(image, (gl_FragCoord.xy + origin) / size); }\n";
 static constexpr const char *kFragmentCube = "uniform samplerCube image;\n"
                                              "uniform mat3 face;\n"
@@ -134,12 +134,23 @@ static void addShader(GLuint program, GLenum type, std::initializer_list<const c
     driver.glDeleteShader(shader);
 }
 
-// The program that draws texels of a 2D texture or of a cube map's faces; 0 when the driver refuses it.
-static GLuint makeProgram(bool cube)
+static void addFragmentShader(GLuint program, GLenum target)
+{
+    if (target == GL_TEXTURE_2D)
+        addShader(program, GL_FRAGMENT_SHADER, {kFragmentHead, "uniform sampler2D image;\n", kFragmentFlat});
+    else if (target == GL_TEXTURE_EXTERNAL_OES)
+        addShader(program, GL_FRAGMENT_SHADER,
+                  {kExternal, kFragmentHead, "uniform samplerExternalOES image;\n", kFragmentFlat});
+    else
+        addShader(program, GL_FRAGMENT_SHADER, {kFragmentHead, kFragmentCube});
+}
+
+// The program that draws texels of a texture of the target; 0 when the driver refuses it.
+static GLuint makeProgram(GLenum target)
 {
     const GLuint program = driver.glCreateProgram();
     addShader(program, GL_VERTEX_SHADER, {kVertexText});
-    addShader(program, GL_FRAGMENT_SHADER, {kFragmentHead, cube ? kFragmentCube : kFragment2D});
+    addFragmentShader(program, target);
     driver.glBindAttribLocation(program, 0, "corner");
     driver.glLinkProgram(program);
     GLint linked = GL_FALSE;
@@ -152,17 +163,15 @@ static GLuint makeProgram(bool cube)
 // Draws the region over the whole framebuffer; the texture must be bound on unit 0.
 static bool drawRegion(const Region &region)
 {
-    const bool cube = region.target != GL_TEXTURE_2D;
-    const GLuint program = makeProgram(cube);
+    const GLuint program = makeProgram(region.target);
     if (!program) return false;
     driver.glUseProgram(program);
     const auto uniform = [&](const char *name) { return driver.glGetUniformLocation(program, name); };
     const GLfloat origin[] = {static_cast<GLfloat>(region.x), static_cast<GLfloat>(region.y)};
-    const GLfloat size[] = {static_cast<GLfloat>(region.levelSize.width),
-                            static_cast<GLfloat>(region.levelSize.height)};
+    const GLfloat size[] = {static_cast<GLfloat>(region.size.width), static_cast<GLfloat>(region.size.height)};
     driver.glUniform2fv(uniform("origin"), 1, origin);
     driver.glUniform2fv(uniform("size"), 1, size);
-    if (cube)
+    if (region.target >= GL_TEXTURE_CUBE_MAP_POSITIVE_X && region.target <= GL_TEXTURE_CUBE_MAP_NEGATIVE_Z)
         driver.glUniformMatrix3fv(uniform("face"), 1, GL_FALSE, kFaces[region.target - GL_TEXTURE_CUBE_MAP_POSITIVE_X]);
     static const GLfloat corners[] = {-1, -1, 1, -1, -1, 1, 1, 1};
     driver.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners);
@@ -240,7 +249,7 @@ void GL_APIENTRY glGetTexSubImageZEK(GLenum target, GLint level, GLint x, GLint 
     Context *context = currentContext;
     if (!context) return;
     const TextureTarget *row = findTextureTarget(target);
-    if (!row || target == GL_TEXTURE_CUBE_MAP || target == GL_TEXTURE_EXTERNAL_OES) return raiseError(GL_INVALID_ENUM);
+    if (!row || target == GL_TEXTURE_CUBE_MAP) return raiseError(GL_INVALID_ENUM);
     GLenum error;
     const TexelFormat *texelFormat = findTexelFormat(format, type, error);
     if (!texelFormat) return raiseError(error);
@@ -249,15 +258,14 @@ void GL_APIENTRY glGetTexSubImageZEK(GLenum target, GLint level, GLint x, GLint 
     driver.glGetIntegerv(row->binding, &texture);
     if (texture == 0) return raiseError(GL_INVALID_OPERATION); // the side context does not see it
     raiseError(driver.glGetError());                           // errors from here on are this function's own
-    const LevelSize size = readLevelSize(target, level);
-    driver.glGetError(); // of a level that cannot be
+    const TextureLevel size = readTextureLevel(target, level);
     if (!isInside(x, width, size.width) || !isInside(y, height, size.height)) return raiseError(GL_INVALID_VALUE);
     if (width == 0 || height == 0 || depth == 0) return;
 
     const Region region = {.target = target,
                            .texture = static_cast<GLuint>(texture),
                            .level = level,
-                           .levelSize = size,
+                           .size = size,
                            .x = x,
                            .y = y,
                            .width = width,
