@@ -59,17 +59,27 @@ check_program() { # FOLDER: of the libraries
     if [ "$(elf_machine "$program")" != "$(elf_machine "$1/libvsp.so")" ]; then
         fail "$program is for another kind of processor than this trl20" 2
     fi
-    needed=$(ldd "$program" 2>/dev/null) || needed=
+    needed=$(LD_LIBRARY_PATH=$(library_path "$1") ldd "$program" 2>/dev/null) || needed=
     case $needed in
-    *libGLESv1_CM.so* | *libEGL.so*) ;;
+    *" => $1/libEGL.so.1 "* | *" => $1/libGLESv1_CM.so.1 "*) ;;
+    *libEGL.so* | *libGLESv1_CM.so*)
+        fail "$program finds a libEGL of its own and would not use trl20 (run --force runs it all the same)" 2
+        ;;
     *) fail "$program does not use OpenGL ES 1.1: it needs neither libEGL nor libGLESv1_CM (run --force runs it all the same)" 2 ;;
     esac
+}
+
+library_path() { # FOLDER: it comes first, what is set already stays behind it
+    printf '%s' "$1${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
 }
 
 # Becomes the program: its process, signals and exit status are what the caller sees.
 start_program() { # FOLDER: of the libraries
     find_program
     [ "$force" = yes ] || check_program "$1"
-    export LD_LIBRARY_PATH=$1${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
-    exec "$program" "${arguments[@]}"
+    become_program "$1"
+}
+
+become_program() { # FOLDER: of the libraries
+    LD_LIBRARY_PATH=$(library_path "$1") exec "$program" "${arguments[@]}"
 }

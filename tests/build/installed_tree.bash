@@ -15,9 +15,8 @@ expected_files() { # LIB
     sed "s:^LIB/:$1/:" "$tests/installed_files.txt" | LC_ALL=C sort
 }
 
-# A compile line as the manual page gives it, in a folder that knows nothing of the source tree.
+# Sets flags. A compile line as the manual page gives it, in a folder that knows nothing of the source tree.
 compile_installed_program() { # PREFIX LIB FOLDER
-    local flags
     export PKG_CONFIG_PATH=$1/$2/pkgconfig
     read -ra flags <<<"$(pkg-config --cflags --libs trl20)"
     mkdir -p "$3"
@@ -86,6 +85,10 @@ check_refusals() { # PREFIX FOLDER
     printf '\377' | dd of="$2/elsewhere" bs=1 seek=18 conv=notrunc status=none # the low byte of its machine
     output=$("$command" run "$2/elsewhere" 2>&1) || true
     expect_part 'another processor is told' 'is for another kind of processor' "$output"
+    "${CC:-cc}" "$2/installed_program.c" -o "$2/ownpath" "${flags[@]}" -Wl,--disable-new-dtags \
+        "-Wl,-rpath,$(ldd "$2/program" | sed -n 's:^.*=> \(.*\)/libEGL.so.1 .*:\1:p')"
+    output=$("$command" run "$2/ownpath" 2>&1) || true
+    expect_part 'a program that finds its own EGL is told' 'finds a libEGL of its own' "$output"
     output=$("$command" run /bin/ls 2>&1) || true
     expect_part 'a program without GL is told' 'does not use OpenGL ES 1.1' "$output"
     output=$(cd "$2" && "$command" run program 2>&1) || true
@@ -106,9 +109,8 @@ check_other_commands() { # PREFIX VERSION
 
 # The manual page's last example: the vendor entry points, and a program that needs no trl20 run.
 check_linked_by_path() { # PREFIX LIB FOLDER
-    local flags folder output
+    local folder output
     folder=$(pkg-config --variable=library_folder trl20)
-    read -ra flags <<<"$(pkg-config --cflags --libs trl20)"
     "${CC:-cc}" -DGL_GLEXT_PROTOTYPES "$3/installed_program.c" -o "$3/linked" "$folder/libGLESv1_CM_trl20.so" \
         "-Wl,-rpath,$folder" "${flags[@]}"
     output=$(env -u LD_LIBRARY_PATH "$3/linked") || true
@@ -119,12 +121,12 @@ check_linked_by_path() { # PREFIX LIB FOLDER
 
 # Those who bring the libraries to a device write C or C++.
 check_headers() { # FOLDER
-    local flags compiler
-    read -ra flags <<<"$(pkg-config --cflags trl20)"
+    local language compiler
     printf '#include <%s>\n' GLES/gl.h client_api_table.h vsp.h GLES/glext_trl20.h >"$1/headers.c"
-    for compiler in "${CC:-cc} -std=c11 -x c" "${CXX:-c++} -std=c++11 -x c++"; do
-        expect_status "the headers with $compiler" 0 \
-            $compiler -Wall -Wextra -Werror -fsyntax-only "${flags[@]}" "$1/headers.c"
+    for language in "${CC:-cc} -std=c11 -x c" "${CXX:-c++} -std=c++11 -x c++"; do
+        read -ra compiler <<<"$language"
+        expect_status "the headers with $language" 0 \
+            "${compiler[@]}" -Wall -Wextra -Werror -fsyntax-only "${flags[@]}" "$1/headers.c"
     done
 }
 
