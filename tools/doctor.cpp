@@ -7,6 +7,7 @@
 #include "drawing_trial.h"
 #include "driver.h"
 #include "driver_abilities.h"
+#include "driver_limit.h"
 #include "off_screen.h"
 
 #include <cstdio>
@@ -148,15 +149,22 @@ void printWindows()
         printField("windows", "none: no display here. xvfb-run trl20 run PROGRAM makes one");
 }
 
+void printLimit()
+{
+    if (driverLimit() != DriverLimit::None)
+        printField("limited", "to " + textOf(getenv("TRL20_DRIVER_LIMIT")) + " by TRL20_DRIVER_LIMIT");
+}
+
 void printAbilities()
 {
     const DriverAbilities abilities = readDriverAbilities();
     const bool geometry = abilities.geometryEssl320 || !abilities.geometryExtensionEssl310.empty();
     const Row rows[] = {
         {"precise fragment colours", abilities.fragmentHighp, "full precision", "mediump: less exact colours and fog"},
-        {"flat shading", abilities.essl300, "flat outputs of ES 3 shaders", "by the processor"},
-        {"soft edges of lines", geometry, "by geometry shaders", "by the processor"},
-        {"wide lines", abilities.widestLine > 1.0f, "by the driver", geometry ? "by geometry shaders" : "by the processor"},
+        {"flat shading", abilities.essl300, "flat outputs of ES 3 shaders", "by the processor, which is slower"},
+        {"soft edges of lines", geometry, "by geometry shaders", "by the processor, which is slower"},
+        {"wide lines", abilities.widestLine > 1.0f, "by the driver",
+         geometry ? "by geometry shaders" : "by the processor, which is slower"},
         {"images of video frames", driverHas("GL_OES_EGL_image_external"), "as external textures", "refused"},
         {"ETC1 textures", driverHas("GL_OES_compressed_ETC1_RGB8_texture"), "by the driver", "refused"},
         {"performance monitors", driverHas("GL_AMD_performance_monitor"), "by the driver", "refused"},
@@ -191,6 +199,7 @@ int examine(const std::string &folder)
     printField("own ES 1.1", ownEs1 ? "there, and not used by trl20" : "none, and none is needed");
     printField("libraries", folder);
     printWindows();
+    printLimit();
     printAbilities();
     return 0;
 }

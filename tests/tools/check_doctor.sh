@@ -9,7 +9,7 @@ source "$(dirname -- "${BASH_SOURCE[0]}")/../support/expect.bash"
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 cd "$scratch" # no settings file
-unset TRL20_DRIVER_EGL TRL20_DRIVER_GLES2 TRL20_GLES1_LIBRARY
+unset TRL20_DRIVER_LIMIT TRL20_DRIVER_EGL TRL20_DRIVER_GLES2 TRL20_GLES1_LIBRARY
 
 # Sets report. The folder of the libraries is $libraries, or what "folder" says.
 examine() { # STATUS [VARIABLE=VALUE...]
@@ -34,6 +34,20 @@ says 'This machine will do' 'driver  ' 'OpenGL ES 3.2' 'EGL  ' "libraries   $lib
 row 'precise fragment colours' yes
 row 'flat shading' yes
 row 'soft edges of lines' yes
+row 'wide lines' yes
+expect 'without a limit none is told' '' "$(grep '^limited' <<<"$report")"
+
+# A driver that can do less, as the backend will see it.
+examine 0 TRL20_DRIVER_LIMIT=es2
+says 'limited     to es2'
+row 'flat shading' no
+row 'soft edges of lines' no
+row 'wide lines' no
+row 'ETC1 textures' no
+examine 0 TRL20_DRIVER_LIMIT=thin-lines
+says 'limited     to thin-lines'
+row 'flat shading' yes
+row 'wide lines' no
 
 # What this driver can be told to leave out.
 if grep -q Mesa <<<"$report"; then
