@@ -166,7 +166,8 @@ void printAbilities()
         {"wide lines", abilities.widestLine > 1.0f, "by the driver",
          geometry ? "by geometry shaders" : "by the processor, which is slower"},
         {"images of video frames", driverHas("GL_OES_EGL_image_external"), "as external textures", "refused"},
-        {"ETC1 textures", driverHas("GL_OES_compressed_ETC1_RGB8_texture"), "by the driver", "refused"},
+        {"ETC1 textures", driverHas("GL_OES_compressed_ETC1_RGB8_texture"), "by the driver",
+         "decoded by the processor"},
         {"performance monitors", driverHas("GL_AMD_performance_monitor"), "by the driver", "refused"},
     };
     printf("\nWhat the driver can do beyond OpenGL ES 2.0, and what becomes of it:\n");
