@@ -3,6 +3,15 @@
 
 #include <EGL/eglext.h>
 
+#include <cstdlib>
+#include <string_view>
+
+bool overEs2()
+{
+    const char *limit = std::getenv("TRL20_DRIVER_LIMIT");
+    return limit && std::string_view(limit) == "es2";
+}
+
 void Es1Test::SetUp()
 {
     display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);

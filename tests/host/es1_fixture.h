@@ -11,6 +11,9 @@
 
 using Pixel = std::array<uint8_t, 4>;
 
+/// True when the tests run over a driver with OpenGL ES 2.0 alone.
+bool overEs2();
+
 class Es1Test : public testing::Test {
 protected:
     static constexpr int kSurfaceSize = 16; // pixels
