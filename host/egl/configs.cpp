@@ -40,16 +40,16 @@ std::vector<EGLint> machineCriteria(const EGLint *attributes)
 EGLBoolean EGLAPIENTRY eglChooseConfig(EGLDisplay dpy, const EGLint *attrib_list, EGLConfig *configs,
                                        EGLint config_size, EGLint *num_config)
 {
+    enter("eglChooseConfig");
     if (!machineEglFound()) return finish(EGL_NOT_INITIALIZED);
     const std::vector<EGLint> criteria = machineCriteria(attrib_list);
-    handToMachine();
     return machineEgl().eglChooseConfig(dpy, criteria.data(), configs, config_size, num_config);
 }
 
 EGLBoolean EGLAPIENTRY eglGetConfigAttrib(EGLDisplay dpy, EGLConfig config, EGLint attribute, EGLint *value)
 {
+    enter("eglGetConfigAttrib");
     if (!machineEglFound()) return finish(EGL_NOT_INITIALIZED);
-    handToMachine();
     if (!machineEgl().eglGetConfigAttrib(dpy, config, attribute, value)) return EGL_FALSE;
     if (isApiMask(attribute)) {
         *value &= ~EGL_OPENGL_ES_BIT;

@@ -62,31 +62,10 @@ struct ThreadExit {
 };
 thread_local ThreadExit threadExit;
 
-// eglGetCurrentContext answers for the API that is bound, so that has to be OpenGL ES for the question.
-EGLContext currentMachineEsContext()
-{
-    const MachineEgl &machine = machineEgl();
-    const EGLenum boundApi = machine.eglQueryAPI();
-    if (boundApi == EGL_OPENGL_ES_API) return machine.eglGetCurrentContext();
-    machine.eglBindAPI(EGL_OPENGL_ES_API);
-    const EGLContext context = machine.eglGetCurrentContext();
-    machine.eglBindAPI(boundApi);
-    return context;
-}
-
-void noteMachineContext(Es1Context *context)
-{
-    if (context->machine) return;
-    const EGLContext machine = currentMachineEsContext();
-    const auto lock = lockEs1Contexts();
-    context->machine = machine;
-}
-
 EGLBoolean makeEs1Current(EGLDisplay dpy, EGLSurface draw, EGLSurface read, EGLContext handle)
 {
     Es1Context *context = nullptr;
-    if (const EGLint error = reserveEs1Context(dpy, handle, context); error != EGL_SUCCESS)
-        return finish(displayErrorOr(dpy, error));
+    if (const EGLint error = reserveEs1Context(dpy, handle, context); error != EGL_SUCCESS) return refuseOn(dpy, error);
 
     Es1Context *before = threadState.current;
     machineEgl().eglGetError(); // what follows counts
@@ -96,7 +75,6 @@ EGLBoolean makeEs1Current(EGLDisplay dpy, EGLSurface draw, EGLSurface read, EGLC
         if (context != before) releaseEs1Context(context);
         return finish(error != EGL_SUCCESS ? error : EGL_BAD_MATCH);
     }
-    noteMachineContext(context);
     os_tls_write(es1CurrentSlot(), context->library);
     threadState.current = context;
     threadExit.armed = true;
@@ -104,46 +82,23 @@ EGLBoolean makeEs1Current(EGLDisplay dpy, EGLSurface draw, EGLSurface read, EGLC
     return finish(EGL_SUCCESS);
 }
 
-// Makes a context that was never current so for a moment, to see what the machine calls it.
-EGLContext learnMachineContext(EGLDisplay dpy, EGLContext handle)
-{
-    Es1Context *context = nullptr;
-    if (reserveEs1Context(dpy, handle, context) != EGL_SUCCESS) return EGL_NO_CONTEXT;
-
-    const Binding binding = machineBinding();
-    if (es1Table()->setBuffers(context->library, nullptr, nullptr)) noteMachineContext(context);
-    restore(binding);
-    const EGLContext machine = context->machine;
-    releaseEs1Context(context);
-    return machine;
-}
-
 } // namespace
 
 EGLContext machineContextOf(EGLDisplay dpy, EGLContext handle)
 {
-    {
-        const auto lock = lockEs1Contexts();
-        const Es1Context *context = findEs1Context(handle);
-        if (!context) return handle;
-        if (context->display != dpy || context->machine) return context->display == dpy ? context->machine : nullptr;
-    }
-    return learnMachineContext(dpy, handle);
-}
-
-EGLint displayErrorOr(EGLDisplay dpy, EGLint error)
-{
-    // Of all that can be asked of a display, its version alone is also answered without one.
-    return machineEgl().eglQueryString(dpy, EGL_CLIENT_APIS) ? error : machineEgl().eglGetError();
+    const auto lock = lockEs1Contexts();
+    const Es1Context *context = findEs1Context(handle);
+    if (!context) return handle;
+    return context->display == dpy ? context->machine : EGL_NO_CONTEXT;
 }
 
 EGLBoolean EGLAPIENTRY eglMakeCurrent(EGLDisplay dpy, EGLSurface draw, EGLSurface read, EGLContext ctx)
 {
+    enter("eglMakeCurrent");
     if (!machineEglFound()) return finish(EGL_NOT_INITIALIZED);
     if (ctx && isEs1Context(ctx)) return makeEs1Current(dpy, draw, read, ctx);
 
     // The machine's call comes first: when it fails, the ES 1.x context stays current.
-    handToMachine();
     if (!machineEgl().eglMakeCurrent(dpy, draw, read, ctx)) return EGL_FALSE;
     if (!threadState.current) return EGL_TRUE;
 
@@ -155,8 +110,8 @@ EGLBoolean EGLAPIENTRY eglMakeCurrent(EGLDisplay dpy, EGLSurface draw, EGLSurfac
 
 EGLContext EGLAPIENTRY eglGetCurrentContext(void)
 {
+    enter("eglGetCurrentContext");
     if (!machineEglFound()) return EGL_NO_CONTEXT;
-    handToMachine();
     const EGLContext machine = machineEgl().eglGetCurrentContext();
     Es1Context *current = threadState.current;
     return current && current->machine == machine ? current : machine;
@@ -164,6 +119,7 @@ EGLContext EGLAPIENTRY eglGetCurrentContext(void)
 
 EGLBoolean EGLAPIENTRY eglReleaseThread(void)
 {
+    enter("eglReleaseThread");
     if (threadState.current) leaveEs1();
     finish(EGL_SUCCESS);
     return machineEglFound() ? machineEgl().eglReleaseThread() : EGL_TRUE;
@@ -171,9 +127,10 @@ EGLBoolean EGLAPIENTRY eglReleaseThread(void)
 
 EGLBoolean EGLAPIENTRY eglSwapBuffers(EGLDisplay dpy, EGLSurface surface)
 {
+    enter("eglSwapBuffers");
     if (!machineEglFound()) return finish(EGL_NOT_INITIALIZED);
-    handToMachine();
-    if (!threadState.current) return machineEgl().eglSwapBuffers(dpy, surface);
+    // Without a display the table's swap would take the context's own.
+    if (!threadState.current || dpy == EGL_NO_DISPLAY) return machineEgl().eglSwapBuffers(dpy, surface);
 
     machineEgl().eglGetError(); // what follows counts
     if (es1Table()->swapBuffer(threadState.current->library, dpy, surface)) return finish(EGL_SUCCESS);

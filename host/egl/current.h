@@ -5,9 +5,5 @@
 #include <EGL/egl.h>
 
 /// The machine's context behind a handle: of an ES 1.x context the one underneath, of any other handle the handle
-/// itself. Null for an ES 1.x context of another display than dpy, and for one that was never current and cannot be
-/// made so without surfaces.
+/// itself. Null for an ES 1.x context of another display than dpy.
 EGLContext machineContextOf(EGLDisplay dpy, EGLContext handle);
-
-/// `error`, or the machine's error when the display itself is invalid or not initialised: that one comes first.
-EGLint displayErrorOr(EGLDisplay dpy, EGLint error);

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include "debug.h"
 #include "machine_egl.h"
 #include "thread_state.h"
 
@@ -9,6 +10,19 @@ EGLBoolean finish(EGLint error)
     if (machineEglFound()) machineEgl().eglGetError();
     threadState.error = error;
     return error == EGL_SUCCESS ? EGL_TRUE : EGL_FALSE;
+}
+
+EGLBoolean refuse(EGLint error)
+{
+    finish(error);
+    sendErrorMessage(error);
+    return EGL_FALSE;
+}
+
+EGLBoolean refuseOn(EGLDisplay dpy, EGLint error)
+{
+    const EGLint displayError = machineDisplayError(dpy);
+    return displayError == EGL_SUCCESS ? refuse(error) : finish(displayError);
 }
 
 EGLint EGLAPIENTRY eglGetError(void)

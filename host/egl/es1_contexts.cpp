@@ -29,17 +29,25 @@ Es1Context *findEs1Context(EGLContext handle)
     return nullptr;
 }
 
+Es1Context *findEs1ContextOfGroup(uint32_t shareGroup)
+{
+    for (Es1Context *context = contexts; context; context = context->next)
+        if (context->shareGroup == shareGroup) return context;
+    return nullptr;
+}
+
 Es1Context *firstEs1Context()
 {
     return contexts;
 }
 
-Es1Context *addEs1Context(EGLDisplay display, EGLConfig config, void *library)
+Es1Context *addEs1Context(const Es1Context &context)
 {
-    contexts = new Es1Context{.display = display,
-                              .config = config,
-                              .library = library,
-                              .machine = EGL_NO_CONTEXT,
+    contexts = new Es1Context{.display = context.display,
+                              .config = context.config,
+                              .library = context.library,
+                              .machine = context.machine,
+                              .shareGroup = context.shareGroup,
                               .current = nullptr,
                               .destroyed = false,
                               .next = contexts};

@@ -4,6 +4,7 @@
 
 #include <EGL/egl.h>
 
+#include <cstdint>
 #include <mutex>
 
 struct ThreadState;
@@ -13,7 +14,8 @@ struct Es1Context {
     EGLDisplay display;         // the machine's
     EGLConfig config;           // the machine's; null: made without one
     void *library;              // the library's context
-    EGLContext machine;         // the machine's context underneath; null until it has been current once
+    EGLContext machine;         // the machine's context underneath
+    uint32_t shareGroup;        // see share_groups.h
     const ThreadState *current; // the thread it is current on; null: none
     bool destroyed;             // the handle is invalid, only the thread that has it current keeps it alive
     Es1Context *next;           // in the list of valid handles
@@ -29,8 +31,11 @@ Es1Context *findEs1Context(EGLContext handle);
 /// The first of the list; the others follow by `next`. The lock is held by the caller.
 Es1Context *firstEs1Context();
 
+/// An ES 1.x context of a share group, null when it has none. The lock is held by the caller.
+Es1Context *findEs1ContextOfGroup(uint32_t shareGroup);
+
 /// Puts a new context on the list. The lock is held by the caller.
-Es1Context *addEs1Context(EGLDisplay display, EGLConfig config, void *library);
+Es1Context *addEs1Context(const Es1Context &context);
 
 /// Makes a handle invalid. The context goes now or, when it is current on a thread, with releaseEs1Context. The lock is
 /// held by the caller.

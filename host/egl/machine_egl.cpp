@@ -105,3 +105,9 @@ bool machineEglFound()
 {
     return machineEgl().eglGetProcAddress != nullptr;
 }
+
+EGLint machineDisplayError(EGLDisplay dpy)
+{
+    // Of all that can be asked of a display, its version alone is also answered without one.
+    return machine.eglQueryString(dpy, EGL_CLIENT_APIS) ? EGL_SUCCESS : machine.eglGetError();
+}

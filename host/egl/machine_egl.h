@@ -22,3 +22,6 @@ const MachineEgl &machineEgl();
 
 /// Whether the machine has an EGL.
 bool machineEglFound();
+
+/// The machine's error for a display that is invalid or not initialised, otherwise EGL_SUCCESS.
+EGLint machineDisplayError(EGLDisplay dpy);

@@ -103,20 +103,11 @@ const EglFunction kEglFunctions[] = {
 #include "egl_functions.def"
 };
 
-// Given out where the machine has a function of the name.
-const EglFunction kWrappedExtensions[] = {
-    {"eglCreateImageKHR", reinterpret_cast<Proc>(&createImageKhr)},
-    {"eglLabelObjectKHR", reinterpret_cast<Proc>(&labelObjectKhr)},
-};
-
 Proc eglFunction(const char *name)
 {
     for (const EglFunction &row : kEglFunctions)
         if (strcmp(name, row.name) == 0) return row.function;
-    const Proc machine = machineFunction(name);
-    for (const EglFunction &row : kWrappedExtensions)
-        if (machine && strcmp(name, row.name) == 0) return row.function;
-    return machine;
+    return extensionFunction(name);
 }
 
 Proc glFunction(const char *name)

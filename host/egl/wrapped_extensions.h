@@ -1,12 +1,8 @@
 // SPDX-License-Identifier: MIT
-// The extension functions that take a context. eglGetProcAddress gives them out where the machine has them.
+// The functions of EGL's extensions. Each passes here on its way to the machine, so that eglGetError knows of it.
 #pragma once
 
 #include <EGL/egl.h>
-#include <EGL/eglext.h>
 
-/// eglCreateImageKHR and eglLabelObjectKHR of the machine, with the machine's context in place of an ES 1.x one. To be
-/// called only where the machine has the function.
-EGLImageKHR EGLAPIENTRY createImageKhr(EGLDisplay dpy, EGLContext ctx, EGLenum target, EGLClientBuffer buffer,
-                                       const EGLint *attributes);
-EGLint EGLAPIENTRY labelObjectKhr(EGLDisplay dpy, EGLenum type, EGLObjectKHR object, EGLLabelKHR label);
+/// What eglGetProcAddress gives for the name of an EGL function outside EGL 1.5: null where the machine has none.
+__eglMustCastToProperFunctionPointerType extensionFunction(const char *name);

@@ -22,10 +22,12 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     Context *share = static_cast<Context *>(shareContext);
     EGLDisplay display = info ? info->display : share ? share->display : surfacelessDisplay();
 
+    const EGLContext shareHandle = share ? share->handle : info ? info->share : EGL_NO_CONTEXT;
     EGLenum error;
-    const EGLContext handle = createMachineContext(display, config, share ? share->handle : EGL_NO_CONTEXT,
-                                                   static_cast<const EGLint *>(attributes), error);
+    const EGLContext handle =
+        createMachineContext(display, config, shareHandle, static_cast<const EGLint *>(attributes), error);
     if (info && info->error) *info->error = error;
+    if (info && info->context) *info->context = handle;
     if (!handle) return nullptr;
 
     Context *context = new Context{};

@@ -15,7 +15,14 @@
 /// Surfaces of the make-current and swap slots are the machine's EGLSurface handles; null means none. Swap takes
 /// (context, EGLDisplay or null for the context's own, EGLSurface).
 typedef struct BackendCreateInfo {
-    uint32_t size;      // sizeof(BackendCreateInfo); a smaller record is refused
-    EGLDisplay display; // the machine's display
-    EGLenum *error;     // receives the machine's EGL error when creation fails, EGL_SUCCESS otherwise; may be null
+    uint32_t size;       // sizeof(BackendCreateInfo); a smaller record is refused
+    EGLDisplay display;  // the machine's display
+    EGLContext share;    // a context of the machine to share objects with; not used where the call has a share context
+    EGLContext *context; // receives the machine's context, null when creation fails; may be null
+    EGLenum *error;      // receives the machine's EGL error when creation fails, EGL_SUCCESS otherwise; may be null
 } BackendCreateInfo;
+
+/// An image for glEGLImageTargetTexture2DOES that stands for what the bound texture holds already, because EGL has put
+/// a surface there (eglBindTexImage). The backend leaves the texture alone, and the library then asks for its size and
+/// format as it does for any image.
+#define BACKEND_IMAGE_IN_PLACE ((void *)-1)

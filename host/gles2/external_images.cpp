@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Images of EGL as textures. No driver tells anything about an external texture, so its image is looked at through a
 // texture of the ordinary kind when it is given.
+#include "create_info.h"
 #include "texture_levels.h"
 
 // An image that cannot be an ordinary texture is one of video: without alpha, of unknown size.
@@ -40,7 +41,7 @@ TextureLevel findExternalImage()
 void GL_APIENTRY glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
 {
     Context *context = currentContext;
-    if (!context) return;
+    if (!context || image == BACKEND_IMAGE_IN_PLACE) return;
     if (!driver.glEGLImageTargetTexture2DOES) return raiseError(GL_INVALID_OPERATION);
     driver.glEGLImageTargetTexture2DOES(target, image);
     if (target != GL_TEXTURE_EXTERNAL_OES) return;

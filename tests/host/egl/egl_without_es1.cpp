@@ -44,7 +44,8 @@ EGLBoolean getConfigAttrib(EGLDisplay display, EGLConfig config, EGLint attribut
 
 EGLContext createContext(EGLDisplay display, EGLConfig config, EGLContext share, const EGLint *list)
 {
-    if (valueIn(list, EGL_CONTEXT_CLIENT_VERSION, 1) == 1) return EGL_NO_CONTEXT;
+    const bool openGlEs = MACHINE(eglQueryAPI)() == EGL_OPENGL_ES_API;
+    if (openGlEs && valueIn(list, EGL_CONTEXT_CLIENT_VERSION, 1) == 1) return EGL_NO_CONTEXT;
     return MACHINE(eglCreateContext)(display, config, share, list);
 }
 

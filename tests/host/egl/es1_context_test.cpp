@@ -57,6 +57,13 @@ TEST_F(Es1Context, CreationFailsWithTheBackendsError)
     EXPECT_EQ(egl.eglGetError(), EGL_SUCCESS);
 }
 
+TEST_F(Es1Context, CreationRefusesContextsWithoutErrors)
+{
+    EXPECT_EQ(createContext({EGL_CONTEXT_OPENGL_NO_ERROR_KHR, EGL_TRUE}), EGL_NO_CONTEXT);
+    EXPECT_EQ(egl.eglGetError(), EGL_BAD_ATTRIBUTE);
+    EXPECT_NE(createContext({EGL_CONTEXT_OPENGL_NO_ERROR_KHR, EGL_FALSE}), EGL_NO_CONTEXT);
+}
+
 TEST_F(Es1Context, CreationNeedsAnInitialisedDisplay)
 {
     const EGLint version1[] = {EGL_CONTEXT_CLIENT_VERSION, 1, EGL_NONE};
@@ -84,10 +91,32 @@ TEST_F(Es1Context, SharesWithAnotherEs1Context)
     EXPECT_EQ(fakeEs1().lastShare, firstInLibrary);
 }
 
-TEST_F(Es1Context, DoesNotShareWithWhatIsNoEs1Context)
+TEST_F(Es1Context, SharesWithTheMachinesContexts)
 {
-    EXPECT_EQ(createEs1(createEs2()), EGL_NO_CONTEXT);
-    EXPECT_EQ(egl.eglGetError(), EGL_BAD_CONTEXT);
+    const EGLContext es2 = createEs2();
+    ASSERT_NE(createEs1(es2), EGL_NO_CONTEXT);
+    void *firstInLibrary = fakeEs1().lastContext;
+    EXPECT_EQ(fakeEs1().lastShare, nullptr) << "the library has no context to share with";
+    EXPECT_EQ(fakeEs1().lastMachineShare, es2);
+
+    ASSERT_NE(createEs1(createEs2(es2)), EGL_NO_CONTEXT);
+    EXPECT_EQ(fakeEs1().lastShare, firstInLibrary) << "now it has one, and its texture names are the group's";
+}
+
+TEST_F(Es1Context, JoinsTheGroupOfTheContextThatSharesWithAnEs1Context)
+{
+    const EGLContext first = createEs1();
+    void *firstInLibrary = fakeEs1().lastContext;
+    const EGLContext es2 = createEs2(createEs2(first));
+    ASSERT_NE(createEs1(es2), EGL_NO_CONTEXT);
+    EXPECT_EQ(fakeEs1().lastShare, firstInLibrary);
+
+    ASSERT_NE(createEs1(createEs2()), EGL_NO_CONTEXT);
+    EXPECT_EQ(fakeEs1().lastShare, nullptr) << "of another group";
+}
+
+TEST_F(Es1Context, DoesNotShareWithADestroyedContext)
+{
     const EGLContext gone = createEs1();
     ASSERT_TRUE(egl.eglDestroyContext(display, gone));
     EXPECT_EQ(createEs1(gone), EGL_NO_CONTEXT);
@@ -267,6 +296,8 @@ TEST_F(Es1Context, OfOneDisplayIsNotTouchedByAnother)
     EXPECT_EQ(egl.eglGetError(), EGL_BAD_CONTEXT);
     EXPECT_EQ(createEs1(there), EGL_NO_CONTEXT);
     EXPECT_EQ(egl.eglGetError(), EGL_BAD_MATCH);
+    EXPECT_EQ(createEs2(there), EGL_NO_CONTEXT);
+    EXPECT_EQ(egl.eglGetError(), EGL_BAD_MATCH);
     EXPECT_FALSE(egl.eglMakeCurrent(other, EGL_NO_SURFACE, EGL_NO_SURFACE, here));
     EXPECT_EQ(egl.eglGetError(), EGL_BAD_CONTEXT);
     ASSERT_TRUE(egl.eglMakeCurrent(other, EGL_NO_SURFACE, EGL_NO_SURFACE, there));
@@ -309,6 +340,8 @@ TEST_F(Es1Context, SwapsThroughTheLibraryOnlyWhileCurrent)
     ASSERT_TRUE(makeCurrent(createEs1()));
     EXPECT_TRUE(egl.eglSwapBuffers(display, surface));
     EXPECT_EQ(fakeEs1().swaps, before + 1);
+    EXPECT_FALSE(egl.eglSwapBuffers(EGL_NO_DISPLAY, surface));
+    EXPECT_EQ(egl.eglGetError(), EGL_BAD_DISPLAY);
     EXPECT_FALSE(egl.eglSwapBuffers(display, reinterpret_cast<EGLSurface>(&config)));
     EXPECT_EQ(egl.eglGetError(), EGL_BAD_SURFACE);
     EXPECT_EQ(fakeEs1().swaps, before + 2);
@@ -410,6 +443,12 @@ TEST_F(Es1Context, LeavesTheErrorOfTheLastCallOnly)
     EXPECT_FALSE(egl.eglQueryString(display, EGL_WIDTH));
     EXPECT_TRUE(egl.eglGetProcAddress("eglBindAPI")) << "answered without the machine";
     EXPECT_EQ(egl.eglGetError(), EGL_SUCCESS);
+    const auto destroySync = procAddress<PFNEGLDESTROYSYNCKHRPROC>("eglDestroySyncKHR");
+    const auto createSync = procAddress<PFNEGLCREATESYNCKHRPROC>("eglCreateSyncKHR");
+    EXPECT_EQ(createContext({EGL_CONTEXT_MINOR_VERSION, 9}), EGL_NO_CONTEXT);
+    const EGLSyncKHR sync = createSync(display, EGL_SYNC_REUSABLE_KHR, nullptr);
+    EXPECT_EQ(egl.eglGetError(), EGL_SUCCESS) << "a success of an extension's function";
+    EXPECT_TRUE(destroySync(display, sync));
     // Ours, then one of the machine's.
     EXPECT_EQ(createContext({EGL_CONTEXT_MINOR_VERSION, 9}), EGL_NO_CONTEXT);
     EXPECT_FALSE(egl.eglDestroySurface(display, EGL_NO_SURFACE));

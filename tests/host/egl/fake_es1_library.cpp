@@ -33,14 +33,16 @@ void *createContext(void *share, void *config, const void *attributes, uint32_t 
     for (const EGLint *pair = list; *pair != EGL_NONE; pair += 2)
         record.attributes.insert(record.attributes.end(), {pair[0], pair[1]});
     record.lastShare = share;
+    record.lastMachineShare = info->share;
     record.display = info->display;
     record.slot = slot;
 
     *info->error = record.failCreation;
     if (record.failCreation) return nullptr;
-    const EGLContext shared = share ? static_cast<FakeContext *>(share)->machine : EGL_NO_CONTEXT;
+    const EGLContext shared = share ? static_cast<FakeContext *>(share)->machine : info->share;
     const EGLContext machine = MACHINE(eglCreateContext)(info->display, config, shared, list);
     *info->error = machine ? EGL_SUCCESS : MACHINE(eglGetError)();
+    *info->context = machine;
     if (!machine) return nullptr;
     record.created++;
     record.lastContext = new FakeContext{info->display, machine};

@@ -15,6 +15,7 @@ struct FakeEs1Record {
     std::atomic<int> clears;        // calls of the library's glClear
     void *lastContext;              // the newest context made
     void *lastShare;                // its share context
+    EGLContext lastMachineShare;    // the machine's context that it was to share with
     std::vector<EGLint> attributes; // its attribute list, without EGL_NONE
     EGLDisplay display;             // its display
     uint32_t slot;                  // the thread-local slot it was given

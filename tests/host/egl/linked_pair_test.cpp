@@ -153,6 +153,65 @@ TEST_F(LinkedPair, SharesTexturesAmongEs1AndWithEs2)
     EXPECT_TRUE(procAddress<decltype(&glIsTexture)>("glIsTexture")(texture));
 }
 
+// An opaque texture of one texel, by the functions of whatever context is current.
+GLuint makeTexture(const Pixel &colour)
+{
+    GLuint texture = 0;
+    procAddress<decltype(&glGenTextures)>("glGenTextures")(1, &texture);
+    procAddress<decltype(&glBindTexture)>("glBindTexture")(GL_TEXTURE_2D, texture);
+    procAddress<decltype(&glTexParameteri)>("glTexParameteri")(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    procAddress<decltype(&glTexImage2D)>("glTexImage2D")(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE,
+                                                         colour.data());
+    procAddress<decltype(&glFinish)>("glFinish")();
+    return texture;
+}
+
+TEST_F(LinkedPair, SharesObjectsWithAnEs2ContextAndWithOthersThatDo)
+{
+    const EGLContext es2 = create(2);
+    ASSERT_TRUE(makeCurrent(es2));
+    const GLuint theirs = makeTexture(kRed);
+
+    ASSERT_TRUE(makeCurrent(create(1, es2)));
+    EXPECT_TRUE(glIsTexture(theirs));
+    const GLuint ours = makeTexture(kGreen);
+    EXPECT_NE(ours, theirs);
+
+    ASSERT_TRUE(makeCurrent(create(1, es2)));
+    clear(kBlue);
+    glEnable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, ours);
+    drawLeftHalf();
+    EXPECT_EQ(pixelAt(4, 8), kGreen) << "the second ES 1.1 context knows the first's textures";
+    EXPECT_EQ(pixelAt(12, 8), kBlue);
+}
+
+TEST_F(LinkedPair, TakesASurfacesFormatForItsTexture)
+{
+    EGLint count = 0;
+    EGLConfig rgb = nullptr;
+    const EGLint criteria[] = {EGL_SURFACE_TYPE, EGL_PBUFFER_BIT, EGL_BIND_TO_TEXTURE_RGBA, EGL_TRUE, EGL_NONE};
+    if (!eglChooseConfig(display, criteria, &rgb, 1, &count) || count == 0) GTEST_SKIP() << "no such configuration";
+    const EGLint attributes[] = {
+        EGL_WIDTH,      8,       EGL_HEIGHT, 8, EGL_TEXTURE_FORMAT, EGL_TEXTURE_RGBA, EGL_TEXTURE_TARGET,
+        EGL_TEXTURE_2D, EGL_NONE};
+    const EGLSurface source = eglCreatePbufferSurface(display, rgb, attributes);
+    ASSERT_TRUE(makeCurrent(create(1)));
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glEnable(GL_TEXTURE_2D);
+    ASSERT_TRUE(eglBindTexImage(display, source, EGL_BACK_BUFFER));
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_REPLACE);
+    glColor4f(1, 0, 0, 1);
+    clear(kBlue);
+    drawLeftHalf();
+    // What a cleared pbuffer holds is the machine's affair, but a texture with colours replaces the red.
+    EXPECT_NE(pixelAt(4, 8)[0], 255) << "as a texture without colours it would keep the fragment's";
+}
+
 TEST_F(LinkedPair, DestroyedContextsLeaveTheOthersDrawing)
 {
     const EGLContext kept = create(1);

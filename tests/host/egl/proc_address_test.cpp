@@ -12,6 +12,7 @@
 #include <set>
 #include <string>
 #include <thread>
+#include <vector>
 
 using ProcAddress = DropInTest;
 
@@ -108,7 +109,7 @@ TEST_F(ProcAddress, OfOtherNamesIsTheMachines)
 {
     void *machine = dlopen(MACHINE_EGL, RTLD_NOW | RTLD_LOCAL);
     const auto machineAddress = reinterpret_cast<decltype(&eglGetProcAddress)>(dlsym(machine, "eglGetProcAddress"));
-    for (const char *name : {"glCreateProgram", "glUniform4fv", "eglCreateSyncKHR", "eglQueryDevicesEXT"}) {
+    for (const char *name : {"glCreateProgram", "glUniform4fv", "glDispatchCompute"}) {
         EXPECT_NE(addressOf(name), nullptr) << name;
         EXPECT_EQ(addressOf(name), reinterpret_cast<void *>(machineAddress(name))) << name;
     }
@@ -127,8 +128,59 @@ TEST_F(ProcAddress, OfTheContextExtensionsTakesEs1Contexts)
     EXPECT_EQ(label(display, EGL_OBJECT_CONTEXT_KHR, &config, nullptr), EGL_BAD_PARAMETER);
 }
 
-// The function names a Khronos header declares.
-std::set<std::string> declaredIn(std::initializer_list<const char *> headers)
+struct Message {
+    EGLenum error;
+    std::string command;
+    EGLint type;
+    EGLLabelKHR label;
+};
+std::vector<Message> messages;
+
+void EGLAPIENTRY keepMessage(EGLenum error, const char *command, EGLint type, EGLLabelKHR label, EGLLabelKHR,
+                             const char *)
+{
+    messages.push_back({error, command, type, label});
+}
+
+TEST_F(ProcAddress, OfTheDebugExtensionHearsOfOurErrorsOnce)
+{
+    const auto control = procAddress<PFNEGLDEBUGMESSAGECONTROLKHRPROC>("eglDebugMessageControlKHR");
+    const auto label = procAddress<PFNEGLLABELOBJECTKHRPROC>("eglLabelObjectKHR");
+    const auto createWithMinorVersion9 = [this] {
+        messages.clear();
+        EXPECT_EQ(createContext({EGL_CONTEXT_MINOR_VERSION, 9}), EGL_NO_CONTEXT);
+        EXPECT_EQ(egl.eglGetError(), EGL_BAD_MATCH);
+        return messages.size();
+    };
+    char name;
+    ASSERT_EQ(label(display, EGL_OBJECT_THREAD_KHR, nullptr, &name), EGL_SUCCESS);
+    EXPECT_EQ(createWithMinorVersion9(), 0u) << "no callback";
+    ASSERT_EQ(control(keepMessage, nullptr), EGL_SUCCESS);
+    ASSERT_EQ(createWithMinorVersion9(), 1u);
+    EXPECT_EQ(messages[0].error, EGLenum(EGL_BAD_MATCH));
+    EXPECT_EQ(messages[0].command, "eglCreateContext");
+    EXPECT_EQ(messages[0].type, EGL_DEBUG_MSG_ERROR_KHR);
+    EXPECT_EQ(messages[0].label, &name);
+
+    // An error of the machine's is its own to tell.
+    messages.clear();
+    fakeEs1().failCreation = 0;
+    EXPECT_EQ(createContext({EGL_CONTEXT_OPENGL_PROFILE_MASK, 0x7777}), EGL_NO_CONTEXT);
+    EXPECT_EQ(messages.size(), 1u);
+
+    const EGLAttrib noErrors[] = {EGL_DEBUG_MSG_ERROR_KHR, EGL_FALSE, EGL_NONE};
+    ASSERT_EQ(control(keepMessage, noErrors), EGL_SUCCESS);
+    EXPECT_EQ(createWithMinorVersion9(), 0u);
+    const EGLAttrib errors[] = {EGL_DEBUG_MSG_ERROR_KHR, EGL_TRUE, EGL_NONE};
+    ASSERT_EQ(control(keepMessage, errors), EGL_SUCCESS);
+    EXPECT_EQ(createWithMinorVersion9(), 1u);
+    ASSERT_EQ(control(nullptr, nullptr), EGL_SUCCESS);
+    EXPECT_EQ(createWithMinorVersion9(), 0u);
+    EXPECT_EQ(label(display, EGL_OBJECT_THREAD_KHR, nullptr, nullptr), EGL_SUCCESS);
+}
+
+// The function names that Khronos headers declare, which begin with a prefix.
+std::set<std::string> declaredIn(std::initializer_list<const char *> headers, const std::string &prefix = "gl")
 {
     std::set<std::string> names;
     for (const char *header : headers) {
@@ -136,7 +188,7 @@ std::set<std::string> declaredIn(std::initializer_list<const char *> headers)
         EXPECT_TRUE(file) << header;
         // A prototype is "... APIENTRY glName (...": the word after the macro, pointer types apart.
         for (std::string word, previous; file >> word; previous = word) {
-            if (!previous.ends_with("APIENTRY") || !word.starts_with("gl")) continue;
+            if (!previous.ends_with("APIENTRY") || !word.starts_with(prefix)) continue;
             names.insert(word.substr(0, word.find('(')));
         }
     }
@@ -164,6 +216,18 @@ TEST(ProcAddressTable, HoldsEveryCoreNameAndKnowsWhichOthersShareIt)
     ASSERT_EQ(core.size(), 145u);
     for (const std::string &name : core)
         EXPECT_EQ(names.count(name), 1u) << name;
+}
+
+TEST(ProcAddressTable, HoldsEveryExtensionsFunctionOfEgl)
+{
+    const std::set<std::string> rows = {
+#define EGL_EXTENSION(name) #name,
+#define EGL_EXTENSION_OWN(name, function) #name,
+#include "host/egl/egl_extensions.def"
+    };
+    const auto declared = declaredIn({"EGL/eglext.h"}, "egl");
+    ASSERT_GT(declared.size(), 100u);
+    EXPECT_EQ(rows, declared);
 }
 
 TEST(ProcAddressTable, MarksExactlyTheLibrarysProceduresAsExtensions)
