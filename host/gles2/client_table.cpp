@@ -4,6 +4,7 @@
 #include "create_info.h"
 #include "driver_abilities.h"
 #include "expanded_program.h"
+#include "explain.h"
 #include "machine_context.h"
 #include "programs.h"
 
@@ -184,8 +185,10 @@ static constexpr ClientAPIFunctions kClientTable = {
 void ogl2GetClientAPIFunctions(void *table)
 {
     if (!table) return;
-    if (loadDriver())
-        *static_cast<ClientAPIFunctions *>(table) = kClientTable;
-    else
+    if (!loadDriver()) {
         static_cast<ClientAPIFunctions *>(table)->createContext = nullptr;
+        return;
+    }
+    startExplain();
+    *static_cast<ClientAPIFunctions *>(table) = kClientTable;
 }

@@ -3,8 +3,10 @@
 // Compiling and linking takes a tenth of a second on a software driver, and the library above deletes the program it
 // has used least whenever it needs a new one.
 #include "expanded_program.h"
+#include "explain.h"
 #include "programs.h"
 
+#include <chrono>
 #include <string_view>
 
 static std::string infoLog(GLuint object, decltype(Driver::glGetShaderiv) getiv,
@@ -95,12 +97,26 @@ static void buildLinked(LinkedProgram *linked, const ProgramObject *program, con
     TranslatedProgram texts =
         translateProgram(program->vertex->compiledSource, program->fragment->compiledSource, abilities);
     BuildResult stages[2];
+    std::string refusedLog;
+    const auto begin = std::chrono::steady_clock::now();
     linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
     if (!linked->driverProgram && texts.version > 100) {
+        refusedLog = linked->result.log;
         texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource,
                                  plainAbilities(abilities));
         linked->result = {};
         linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
+    }
+    if (explains()) {
+        const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+        linked->explained = explainBuild({.key = linked->key,
+                                          .vertex = program->vertex->compiledSource,
+                                          .fragment = program->fragment->compiledSource,
+                                          .handed = texts,
+                                          .refusedLog = refusedLog,
+                                          .stages = stages,
+                                          .result = linked->result,
+                                          .milliseconds = took.count()});
     }
     noteShaderResult(program->vertex, stages[0]);
     noteShaderResult(program->fragment, stages[1]);
@@ -174,6 +190,7 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program)
     std::string key = keyOf(program);
     LinkedProgram *linked = takeKept(group->keeper, key);
     if (linked) {
+        if (linked->explained) explainKept(linked->explained);
         zeroUniforms(linked);
         driver.glUseProgram(context->program ? context->program->driverProgram : 0);
         noteShaderResult(program->vertex, {.ok = true, .log = {}});

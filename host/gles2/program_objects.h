@@ -73,6 +73,7 @@ struct LineUniforms {
 };
 
 struct ExpandedProgram;
+struct ExplainedProgram;
 
 struct LinkedProgram {
     GLuint driverProgram; // 0: linking failed
@@ -89,6 +90,7 @@ struct LinkedProgram {
     bool lineCoordLost;
     LineUniforms lines;                     // with expandsLines
     ExpandedProgram *expanded[kExpansions]; // by Expansion; null until a draw needs one
+    ExplainedProgram *explained;            // its record; null unless TRL20_EXPLAIN is set
 };
 
 struct ProgramObject {

@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+// A developer's view of a run. With TRL20_EXPLAIN=DIR in the environment the backend writes one file for every program
+// that is built, and a summary. Without it nothing here is called after startExplain.
+#pragma once
+
+#include "explain_report.h"
+
+/// Looks for TRL20_EXPLAIN, once per process. When it names a folder that can be written to, draws and swaps pass
+/// through counting functions from here on: they take the places of the driver's, which must be loaded.
+void startExplain();
+
+/// True when a folder is being written to.
+bool explains();
+
+/// A program was built, or failed. Writes its file at the first build. Returns its record, which lives as long as the
+/// process. A context must be current.
+ExplainedProgram *explainBuild(const ExplainedBuild &build);
+
+/// A program was asked for that had been kept.
+void explainKept(ExplainedProgram *program);

@@ -1,0 +1,14 @@
+// SPDX-License-Identifier: MIT
+// Files in a folder that the user named, written whole or not at all.
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+
+/// Makes the folder where it is missing, folders above it too, and opens it. `mode` is that of folders made here.
+/// Returns its descriptor, -1 with errno set otherwise.
+int openFolder(const std::string &path, mode_t mode);
+
+/// Writes a file of the folder under a name of its own and then gives it the name, so that readers never see half a
+/// file and a link of that name is replaced, not followed. `mode` is the new file's. Returns false with errno set.
+bool replaceFile(int folder, const std::string &name, const std::string &content, mode_t mode);
