@@ -8,7 +8,7 @@ fail() { # MESSAGE [STATUS]
     exit "${2:-1}"
 }
 
-# Sets force, program and arguments from what stands behind 'run'.
+# Sets force, program and arguments from what stands behind 'run' or 'explain'.
 read_program() { # [--force] PROGRAM ARGS
     force=no
     if [ "${1-}" = --force ]; then
@@ -78,6 +78,27 @@ start_program() { # FOLDER: of the libraries
     find_program
     [ "$force" = yes ] || check_program "$1"
     become_program "$1"
+}
+
+# Runs the program with TRL20_EXPLAIN set and prints the summary whatever became of the program: that it is ended by ^C
+# is usual. Returns its exit status.
+explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20_EXPLAIN names one
+    local summary status=0
+    find_program
+    [ "$force" = yes ] || check_program "$1"
+    export TRL20_EXPLAIN=${TRL20_EXPLAIN:-$2}
+    summary=$TRL20_EXPLAIN/summary.txt
+    rm -f -- "$summary"
+    trap : INT
+    (become_program "$1") || status=$?
+    trap - INT
+    if [ -e "$summary" ]; then
+        cat -- "$summary"
+        say "the programs' texts are in ${TRL20_EXPLAIN#"$PWD/"}"
+    else
+        say "nothing was explained: ${program##*/} did not get as far as an OpenGL ES 1.1 context"
+    fi
+    return $status
 }
 
 become_program() { # FOLDER: of the libraries
