@@ -7,19 +7,33 @@ static Function extensionFunction(const MachineEgl &egl, const char *name)
     return reinterpret_cast<Function>(reinterpret_cast<void *>(egl.eglGetProcAddress(name)));
 }
 
-// Without a display server first: it is what works everywhere.
+// The first device of a driver that knows no surfaceless platform.
+static EGLDisplay deviceDisplay(const MachineEgl &egl, PFNEGLGETPLATFORMDISPLAYEXTPROC getPlatformDisplay)
+{
+    const auto queryDevices = extensionFunction<PFNEGLQUERYDEVICESEXTPROC>(egl, "eglQueryDevicesEXT");
+    EGLDeviceEXT device = nullptr;
+    EGLint count = 0;
+    if (!queryDevices || !queryDevices(1, &device, &count) || count == 0) return EGL_NO_DISPLAY;
+    return getPlatformDisplay(EGL_PLATFORM_DEVICE_EXT, device, nullptr);
+}
+
+// What works without a display server comes first.
 static void openDisplay(const MachineEgl &egl, OffScreen &screen)
 {
+    const auto opens = [&](const char *platform, EGLDisplay display) {
+        screen.platform = platform;
+        screen.display = display;
+        return egl.eglInitialize(display, nullptr, nullptr) == EGL_TRUE;
+    };
     const auto getPlatformDisplay = extensionFunction<PFNEGLGETPLATFORMDISPLAYEXTPROC>(egl, "eglGetPlatformDisplayEXT");
     const char *extensions = egl.eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
-    if (getPlatformDisplay && hasExtension(extensions, "EGL_MESA_platform_surfaceless")) {
-        screen.platform = "surfaceless";
-        screen.display = getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-        if (egl.eglInitialize(screen.display, nullptr, nullptr)) return;
-    }
-    screen.platform = "default";
-    screen.display = egl.eglGetDisplay(EGL_DEFAULT_DISPLAY);
-    if (!egl.eglInitialize(screen.display, nullptr, nullptr)) screen.failure = "eglInitialize";
+    if (getPlatformDisplay && hasExtension(extensions, "EGL_MESA_platform_surfaceless") &&
+        opens("surfaceless", getPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr)))
+        return;
+    if (getPlatformDisplay && hasExtension(extensions, "EGL_EXT_platform_device") &&
+        opens("device", deviceDisplay(egl, getPlatformDisplay)))
+        return;
+    if (!opens("default", egl.eglGetDisplay(EGL_DEFAULT_DISPLAY))) screen.failure = "eglInitialize";
 }
 
 OffScreen enterOffScreen(const MachineEgl &egl, EGLint version)

@@ -1,9 +1,9 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 # The doctor's verdict, exit status and advice on this machine, and with one thing after another missing.
-#   check_doctor.sh DOCTOR LIBRARIES
+#   check_doctor.sh DOCTOR LIBRARIES EGL_WITHOUT_SURFACELESS_PLATFORM
 set -euo pipefail
-doctor=$1 libraries=$2
+doctor=$1 libraries=$2 fewer_platforms=$3
 # shellcheck source=tests/support/expect.bash
 source "$(dirname -- "${BASH_SOURCE[0]}")/../support/expect.bash"
 scratch=$(mktemp -d)
@@ -67,6 +67,10 @@ examine 0 -u WAYLAND_DISPLAY -u DISPLAY
 says 'no display here' 'xvfb-run'
 examine 0 -u WAYLAND_DISPLAY DISPLAY=:7
 says 'X11 display :7'
+
+# A driver without the surfaceless platform, on a machine without a display.
+examine 0 -u WAYLAND_DISPLAY -u DISPLAY TRL20_DRIVER_EGL="$fewer_platforms" EGL_PLATFORM=x11
+says 'on the device platform'
 
 # Drivers that are missing.
 examine 1 TRL20_DRIVER_EGL=/nonexistent
