@@ -100,6 +100,17 @@ check_refusals() { # PREFIX FOLDER
     expect_status 'an unknown command' 2 "$command" frobnicate
 }
 
+check_explain() { # PREFIX FOLDER
+    local output status=0
+    mkdir -p "$2/work"
+    output=$(cd "$2/work" && "$1/bin/trl20" explain ../program 7) || status=$?
+    expect 'explain exits as the program does' 7 $status
+    expect_part 'the program runs under explain' 'inside: 255 0 51' "$output"
+    expect 'the summary is printed' "$(cat "$2/work/trl20-explain/program/summary.txt")" \
+        "$(sed '1,/^library path/d' <<<"$output")"
+    expect 'the program is explained in a file' 1 "$(grep -lE 'gl_Position' -r "$2/work/trl20-explain" | wc -l)"
+}
+
 check_other_commands() { # PREFIX VERSION
     expect 'trl20 version' "trl20 $2" "$("$1/bin/trl20" version)"
     expect_part 'trl20 help' 'run PROGRAM ARGS' "$("$1/bin/trl20" help)"
@@ -151,6 +162,7 @@ check_installed_tree() { # PREFIX LIB SCRATCH VERSION SOURCE
     check_no_shadow "$3"
     check_run "$1" "$3"
     check_refusals "$1" "$3"
+    check_explain "$1" "$3"
     check_other_commands "$1" "$4"
     check_linked_by_path "$1" "$2" "$3"
     check_headers "$3"
