@@ -174,9 +174,9 @@ void printAbilities()
     for (const Row &row : rows)
         printf("  %-28s%-5s%s\n", row.ability, row.present ? "yes" : "no",
                row.present ? row.whenPresent : row.whenAbsent);
-    printf("\nEverything else of OpenGL ES 1.1 needs no more than OpenGL ES 2.0: lights, fog,\n"
-           "texture environments, alpha test and the clip plane become generated shaders,\n"
-           "paletted textures are expanded on the processor.\n");
+    printf("\nEverything else needs no more than OpenGL ES 2.0: lights, fog, texture\n"
+           "environments, alpha test and the clip plane become generated shaders, paletted\n"
+           "textures are expanded on the processor. Logic operations have no effect.\n");
 }
 
 // Returns the call that failed; null: the machine's EGL makes contexts of this version.
