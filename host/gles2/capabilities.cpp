@@ -51,6 +51,15 @@ void initCapabilities(Context *context)
     context->capabilities = {.driver = DRIVER_DITHER, .tracked = TRACKED_MULTISAMPLE, .logicOp = GL_COPY};
 }
 
+static void changeLogicOp(Context *context)
+{
+    updateSpecialDraws(context);
+    const bool wanted =
+        context->capabilities.tracked & TRACKED_COLOR_LOGIC_OP && context->capabilities.logicOp != GL_COPY;
+    if (wanted && context->group->abilities.framebufferFetch.empty())
+        tellOnce("this driver has no logic operations; colours are written as they are");
+}
+
 static void setCapability(GLenum capability, bool enabled)
 {
     Context *context = currentContext;
@@ -60,8 +69,7 @@ static void setCapability(GLenum capability, bool enabled)
         context->capabilities.driver ^= bit;
     } else if (const uint32_t tracked = trackedBit(capability)) {
         context->capabilities.tracked = (context->capabilities.tracked & ~tracked) | (enabled ? tracked : 0);
-        if (capability == GL_COLOR_LOGIC_OP && enabled)
-            tellOnce("this driver has no logic operations; colours are written as they are");
+        if (capability == GL_COLOR_LOGIC_OP) changeLogicOp(context);
         return;
     }
     if (enabled)
@@ -93,6 +101,7 @@ void GL_APIENTRY glLogicOpQRN(GLenum opcode)
     if (!currentContext) return;
     if (opcode < GL_CLEAR || opcode > GL_SET) return raiseError(GL_INVALID_ENUM);
     currentContext->capabilities.logicOp = opcode;
+    changeLogicOp(currentContext);
 }
 
 // The hints of ES 1.1 have no meaning to the driver; they are taken without an error.

@@ -78,7 +78,7 @@ void raiseError(GLenum error);
 /// Writes a line to standard error, but no text twice in a process.
 void tellOnce(const char *text);
 
-/// Brings specialDraws up to date with the program in use and the line width.
+/// Brings specialDraws up to date with the program in use, the line width and the logic operation.
 void updateSpecialDraws(Context *context);
 
 /// Gives the context the state of a new one, for as far as the wrappers remember it. The attribute and buffer state

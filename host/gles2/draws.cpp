@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Draws, and what the driver cannot do of them by itself: flat shading, smooth lines, wide lines.
+// Draws, and what the driver cannot do of them by itself: flat shading, smooth lines, wide lines, logic operations.
 #include "capabilities.h"
 #include "expanded_draws.h"
 #include "primitive_vertices.h"
@@ -27,7 +27,9 @@ void updateSpecialDraws(Context *context)
 {
     const LinkedProgram *program = context->program;
     const bool wide = wholePixels(context->lineWidth) > context->group->abilities.widestLine;
-    context->specialDraws = program && (wide || program->expandsLines || program->flatLost || program->lineCoordLost);
+    const bool logicOp = findLogicOp(context) != LogicOp::Off;
+    context->specialDraws =
+        program && (logicOp || wide || program->expandsLines || program->flatLost || program->lineCoordLost);
 }
 
 void GL_APIENTRY glLineWidth(GLfloat width)
@@ -91,15 +93,17 @@ static Expansion missingExpansion(const Context *context, GLenum mode)
 }
 
 // False when the draw cannot be expanded; nothing is drawn then.
-static bool drawWithExpanded(Context *context, const DrawCall &call, Expansion expansion)
+static bool drawWithExpanded(Context *context, const DrawCall &call, Expansion expansion, bool logicOp)
 {
     const std::lock_guard<std::mutex> guard(context->group->lock);
-    ExpandedProgram *expanded = findExpanded(context, expansion);
+    ExpandedProgram *expanded = findExpanded(context, expansion, logicOp);
     if (!expanded) return false;
     enterExpanded(context->program, expanded);
+    if (logicOp) loadLogicOp(context, expanded->logicOp);
     uint32_t off = 0;
-    if (expansion == Expansion::Lines) {
-        const GLfloat width = context->program->lineCoordLost ? context->lineWidth : wholePixels(context->lineWidth);
+    if (expanded->expandsLines) {
+        const bool smooth = context->program->lineCoordLost || context->program->expandsLines;
+        const GLfloat width = smooth ? context->lineWidth : wholePixels(context->lineWidth);
         loadLineUniforms(context, expanded->lines, width);
         off = beginLines(context);
     }
@@ -120,19 +124,30 @@ static bool canBeExpanded(const DrawCall &call)
     return known && call.first >= 0 && call.count > 0 && call.mode <= GL_TRIANGLE_FAN;
 }
 
-// Kept out of line, so that other draws are a test and a jump.
-[[gnu::noinline]] static void drawSpecially(const DrawCall &call)
+static void drawExpanded(Context *context, const DrawCall &call, bool logicOp)
 {
-    Context *context = currentContext;
     if (!canBeExpanded(call)) return drawInDriver(call);
     const Expansion expansion = missingExpansion(context, call.mode);
-    if (expansion != Expansion::None && drawWithExpanded(context, call, expansion)) return;
+    if (logicOp && drawWithExpanded(context, call, expansion, true)) return;
+    if (expansion != Expansion::None && drawWithExpanded(context, call, expansion, false)) return;
     if (!context->program->expandsLines) return drawInDriver(call);
 
     loadLineUniforms(context, context->program->lines, context->lineWidth);
     const uint32_t off = beginLines(context);
     drawInDriver(call);
     endLines(off);
+}
+
+// Kept out of line, so that other draws are a test and a jump.
+[[gnu::noinline]] static void drawSpecially(const DrawCall &call)
+{
+    Context *context = currentContext;
+    const LogicOp logicOp = findLogicOp(context);
+    // A logic operation takes the place of blending.
+    const bool blends = logicOp != LogicOp::Off && context->capabilities.driver & DRIVER_BLEND;
+    if (blends) driver.glDisable(GL_BLEND);
+    drawExpanded(context, call, logicOp == LogicOp::Program);
+    if (blends) driver.glEnable(GL_BLEND);
 }
 
 static bool isSpecial()

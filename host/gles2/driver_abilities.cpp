@@ -43,6 +43,9 @@ DriverAbilities readDriverAbilities()
         }
     }
     abilities.widestLine = widestLine();
+    for (const char *name : {"GL_ARM_shader_framebuffer_fetch", "GL_EXT_shader_framebuffer_fetch"}) {
+        if (hasExtension(extensions, name)) abilities.framebufferFetch = name;
+    }
     return abilities;
 }
 

@@ -72,17 +72,18 @@ static void shareUniform(ExpandedProgram *expanded, const LinkedProgram *linked,
     }
 }
 
-static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked, Expansion expansion,
+static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked, Expansion expansion, bool logicOp,
                           const DriverAbilities &abilities)
 {
     const std::string vertex = linked->key.c_str(); // up to the zero that ends it
     const std::string fragment = linked->key.c_str() + vertex.size() + 1;
     // What the linked program lost in spite of the abilities, it would lose again.
     const bool lost = linked->flatLost || linked->lineCoordLost;
-    const TranslatedProgram texts =
+    TranslatedProgram texts =
         translateProgram(vertex, fragment, lost ? plainAbilities(abilities) : abilities, expansion);
     expanded->doubled = !texts.doubledAttributes.empty();
-    if (!expanded->doubled && texts.geometry.empty()) return false;
+    if (expansion != Expansion::None && !expanded->doubled && texts.geometry.empty()) return false;
+    if (logicOp && !addLogicOp(texts, abilities)) return false;
 
     const std::map<std::string, GLuint> attributes = activeAttributes(linked->driverProgram);
     std::map<std::string, GLuint> bindings;
@@ -96,13 +97,17 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
 
     for (const ActiveUniform &uniform : activeUniforms(expanded->driverProgram))
         shareUniform(expanded, linked, uniform);
-    expanded->lines = findLineUniforms(expanded->driverProgram);
+    expanded->expandsLines = expansion == Expansion::Lines || !texts.geometry.empty();
+    if (expanded->expandsLines) expanded->lines = findLineUniforms(expanded->driverProgram);
+    expanded->logicOp = findLogicOpUniforms(expanded->driverProgram);
     return true;
 }
 
-static void tellLoss(Expansion expansion)
+static void tellLoss(Expansion expansion, bool logicOp)
 {
-    if (expansion == Expansion::FlatShading)
+    if (logicOp)
+        tellOnce("a program cannot be given a logic operation by this driver; its colours are written as they are");
+    else if (expansion == Expansion::FlatShading)
         tellOnce(
             "this driver has no flat shading, and too few vertex attributes to make up for it; it is drawn smooth");
     else
@@ -110,16 +115,17 @@ static void tellLoss(Expansion expansion)
                  "own");
 }
 
-ExpandedProgram *findExpanded(Context *context, Expansion expansion)
+ExpandedProgram *findExpanded(Context *context, Expansion expansion, bool logicOp)
 {
     const LinkedProgram *linked = context->program;
-    ExpandedProgram *&expanded = context->program->expanded[static_cast<size_t>(expansion)];
+    ExpandedProgram *&expanded =
+        context->program->expanded[static_cast<size_t>(expansion) + (logicOp ? kExpansions : 0)];
     if (!expanded) {
         expanded = new ExpandedProgram{};
-        if (!buildExpanded(expanded, linked, expansion, context->group->abilities)) {
+        if (!buildExpanded(expanded, linked, expansion, logicOp, context->group->abilities)) {
             driver.glDeleteProgram(expanded->driverProgram);
             expanded->driverProgram = 0;
-            tellLoss(expansion);
+            tellLoss(expansion, logicOp);
         }
     }
     return expanded->driverProgram ? expanded : nullptr;
@@ -130,8 +136,7 @@ static const uint32_t *givenValue(const LinkedProgram *linked, const SharedUnifo
                                   uint32_t (&room)[kMaxUniformWords])
 {
     const size_t given = static_cast<size_t>(uniform.given);
-    if (given < linked->slotCount && linked->slots[given].heldKind == uniform.kind)
-        return linked->slots[given].held;
+    if (given < linked->slotCount && linked->slots[given].heldKind == uniform.kind) return linked->slots[given].held;
     const bool integer = uniform.kind >= UniformKind::Int1 && uniform.kind <= UniformKind::Int4;
     if (integer)
         driver.glGetUniformiv(linked->driverProgram, uniform.given, reinterpret_cast<GLint *>(room));

@@ -3,7 +3,7 @@
 // not see them. They get their uniforms from the linked program at every such draw.
 #pragma once
 
-#include "context.h"
+#include "logic_op.h"
 
 /// Where an attribute of the linked program is in the expanded one; -1 where it is not used.
 struct DoubledAttribute {
@@ -25,7 +25,9 @@ struct ExpandedProgram {
     bool doubled;         // the draw brings both sets of attributes; otherwise the arrays stay as they are
     std::vector<DoubledAttribute> attributes; // when doubled
     GLint cornerLocation;                     // of lines, when doubled
-    LineUniforms lines;                       // of lines
+    bool expandsLines;                        // by vertices or by a geometry shader
+    LineUniforms lines;                       // with expandsLines
+    LogicOpUniforms logicOp;
     std::vector<SharedUniform> uniforms;
     std::vector<uint32_t> values;
 };
@@ -33,9 +35,9 @@ struct ExpandedProgram {
 /// Locations of the line uniforms, with nothing loaded yet.
 LineUniforms findLineUniforms(GLuint driverProgram);
 
-/// The expanded program of the context's program in use, null when it cannot be made, which is told once. The group's
-/// lock must be held.
-ExpandedProgram *findExpanded(Context *context, Expansion expansion);
+/// The expanded program of the context's program in use, null when it cannot be made, which is told once. logicOp: with
+/// a logic operation at the end of its fragment shader. The group's lock must be held.
+ExpandedProgram *findExpanded(Context *context, Expansion expansion, bool logicOp);
 
 /// Puts the expanded program in use in the driver, with the uniforms that the linked one has now.
 void enterExpanded(const LinkedProgram *linked, ExpandedProgram *expanded);

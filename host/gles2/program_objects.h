@@ -74,6 +74,7 @@ struct LineUniforms {
 
 struct ExpandedProgram;
 struct ExplainedProgram;
+inline constexpr int kExpandedPrograms = 2 * kExpansions; // by Expansion, without and with a logic operation
 
 struct LinkedProgram {
     GLuint driverProgram; // 0: linking failed
@@ -88,9 +89,9 @@ struct LinkedProgram {
     bool expandsLines; // has the geometry shader that makes rectangles of lines
     bool flatLost;     // see TranslatedProgram
     bool lineCoordLost;
-    LineUniforms lines;                     // with expandsLines
-    ExpandedProgram *expanded[kExpansions]; // by Expansion; null until a draw needs one
-    ExplainedProgram *explained;            // its record; null unless TRL20_EXPLAIN is set
+    LineUniforms lines;                           // with expandsLines
+    ExpandedProgram *expanded[kExpandedPrograms]; // null until a draw needs one, see findExpanded
+    ExplainedProgram *explained;                  // its record; null unless TRL20_EXPLAIN is set
 };
 
 struct ProgramObject {

@@ -204,7 +204,7 @@ static std::string declarations(const Writer &writer)
     }
     if (writer.scan.fogFactor) text += precision + "float trl20_FogFactor; ";
     if (writer.target.version >= 300) {
-        if (writer.scan.fragColor) text += "out highp vec4 trl20_FragColor; ";
+        if (writer.scan.fragColor) text += kFragColorOutput;
         if (writer.scan.fragData) text += "layout(location = 0) out highp vec4 trl20_FragData[gl_MaxDrawBuffers]; ";
     }
     if (writer.target.expandLines && writer.scan.lineCoord)

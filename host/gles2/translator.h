@@ -27,6 +27,7 @@ struct DriverAbilities {
     bool geometryEssl320 = false;              // #version 320 es, with geometry shaders in it
     std::string geometryExtensionEssl310 = {}; // geometry shaders as an extension of 310 es: its name; empty = none
     float widestLine = 1.0f;                   // pixels
+    std::string framebufferFetch = {};         // the extension by which fragments read the colour buffer; empty = none
 };
 
 enum class ShaderStage { Vertex, Fragment };
@@ -49,6 +50,9 @@ struct TranslatedProgram {
     bool lineCoordLost = false; // gl_LineCoord was asked for and is constant: lines are not smoothed
     std::vector<std::string> doubledAttributes = {}; // the given names of those in both sets; empty without doubling
 };
+
+/// The declaration of the colour in a fragment shader of version 300 and above that writes one.
+inline constexpr const char *kFragColorOutput = "out highp vec4 trl20_FragColor; ";
 
 /// Names in the expansion of lines, for whoever loads them: the viewport's size and the line's width, in pixels.
 inline constexpr const char *kViewportSizeUniform = "trl20_ViewportSize"; // vec2
