@@ -168,6 +168,8 @@ void printAbilities()
         {"images of video frames", driverHas("GL_OES_EGL_image_external"), "as external textures", "refused"},
         {"ETC1 textures", driverHas("GL_OES_compressed_ETC1_RGB8_texture"), "by the driver",
          "decoded by the processor"},
+        {"logic operations", !abilities.framebufferFetch.empty(), "by shaders that read the colour buffer",
+         "ignored: colours are written as they are"},
         {"performance monitors", driverHas("GL_AMD_performance_monitor"), "by the driver", "refused"},
     };
     printf("\nWhat the driver can do beyond OpenGL ES 2.0, and what becomes of it:\n");
@@ -176,7 +178,7 @@ void printAbilities()
                row.present ? row.whenPresent : row.whenAbsent);
     printf("\nEverything else needs no more than OpenGL ES 2.0: lights, fog, texture\n"
            "environments, alpha test and the clip plane become generated shaders, paletted\n"
-           "textures are expanded on the processor. Logic operations have no effect.\n");
+           "textures are expanded on the processor.\n");
 }
 
 // Returns the call that failed; null: the machine's EGL makes contexts of this version.

@@ -114,6 +114,7 @@ void GL_APIENTRY glGetBufferPointervZEK(GLenum target, void **params)
 {
     Context *context = currentContext;
     if (!context) return;
+    if (params) *params = nullptr; // what an error leaves
     if (!driver.glGetBufferPointervOES) return raiseError(GL_INVALID_OPERATION);
     syncArrayBuffer(context);
     driver.glGetBufferPointervOES(target, GL_BUFFER_MAP_POINTER_OES, params);

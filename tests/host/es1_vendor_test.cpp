@@ -33,6 +33,40 @@ TEST_F(Vendor, WithoutMonitorsInTheDriverTheCallsAreInvalidOperations)
     EXPECT_EQ(monitor, 42u);
 }
 
+TEST_F(Vendor, ABufferThatIsNotMappedHasNoPointer)
+{
+    void *pointer = &pointer;
+    glBindBuffer(GL_ARRAY_BUFFER, 3);
+    glBufferData(GL_ARRAY_BUFFER, 16, nullptr, GL_STATIC_DRAW);
+    glGetBufferPointervZEK(GL_ARRAY_BUFFER, &pointer);
+    EXPECT_EQ(pointer, nullptr);
+    // OpenGL ES 2.0 alone has no mapped buffers.
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(overEs2() ? GL_INVALID_OPERATION : GL_NO_ERROR));
+
+    pointer = &pointer;
+    glGetBufferPointervZEK(GL_ELEMENT_ARRAY_BUFFER, &pointer);
+    EXPECT_EQ(pointer, nullptr);
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_INVALID_OPERATION)) << "no buffer is bound there";
+}
+
+TEST_F(Vendor, FixedPointQueriesReachTheBackend)
+{
+    GLfixed values[4] = {};
+    glClearColor(0.25f, 0.5f, 1.0f, 0.0f);
+    glGetFixedv(GL_COLOR_CLEAR_VALUE, values);
+    EXPECT_EQ(std::vector<GLfixed>(values, values + 4), (std::vector<GLfixed>{16384, 32768, 65536, 0}));
+}
+
+// What overrides a parameter is the device's own; the library is silent without it.
+TEST_F(Vendor, OverridesOfTextureParametersDoNothing)
+{
+    GLint filter = 0;
+    glBindTexture(GL_TEXTURE_2D, 1);
+    glTexObjectStateOverrideiQRN(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, &filter);
+    EXPECT_EQ(filter, GL_NEAREST_MIPMAP_LINEAR);
+}
+
 TEST_F(Vendor, TexturesAndBuffersAreListedFromTheirFirstBindToTheirDeletion)
 {
     GLuint texture = 0, buffers[2] = {};

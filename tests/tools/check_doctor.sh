@@ -44,6 +44,7 @@ row 'flat shading' no
 row 'soft edges of lines' no
 row 'wide lines' no
 row 'ETC1 textures' no
+row 'logic operations' no
 examine 0 TRL20_DRIVER_LIMIT=thin-lines
 says 'limited     to thin-lines'
 row 'flat shading' yes
