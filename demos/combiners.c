@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A board of every texture environment mode with every base format, and of every combiner function: plain, with
 // operands, with a scale, over two units. Each cell lies over a checkerboard, which shows where alpha is below 1.
+#include "combiners_cell.h"
 #include "combiners_tables.h"
 #include "combiners_text.h"
 #include "combiners_textures.h"
@@ -10,10 +11,9 @@
 #include <stddef.h>
 #include <stdio.h>
 
-enum { WIDTH = 960, HEIGHT = 720, CELL_WIDTH = 92, CELL_HEIGHT = 46, UPPER_ROW = 62, LOWER_ROW = 70 };
+enum { WIDTH = 960, HEIGHT = 720, UPPER_ROW = 62, LOWER_ROW = 70 };
 
 static const GLfloat kLeft = 112.0f, kColumn = 105.0f, kUpper = 602.0f, kLower = 262.0f; // bottoms of the first rows
-static const GLfloat kConstant[] = {0.15f, 0.75f, 0.55f, 0.60f};
 
 static struct BoardTextures textures;
 
@@ -23,44 +23,12 @@ static const char *start(void)
     return NULL;
 }
 
-static void useUnit(int unit, GLuint texture, GLenum mode)
-{
-    glActiveTexture(GL_TEXTURE0 + unit);
-    glEnable(GL_TEXTURE_2D);
-    glBindTexture(GL_TEXTURE_2D, texture);
-    glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, (GLint)mode);
-    glTexEnvfv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_COLOR, kConstant);
-}
-
-// The cell with its lower left corner at x, y. repeats: of the texture over its width.
-static void drawRectangle(GLfloat x, GLfloat y, GLfloat repeats)
-{
-    static const GLubyte kPrimary[4][4] = {
-        {60, 90, 250, 90}, {250, 80, 130, 90}, {90, 220, 250, 255}, {255, 200, 90, 255}};
-    const GLfloat texture[4][2] = {{0.0f, 0.0f}, {repeats, 0.0f}, {0.0f, 0.5f * repeats}, {repeats, 0.5f * repeats}};
-    const GLfloat corners[4][2] = {
-        {x, y}, {x + CELL_WIDTH, y}, {x, y + CELL_HEIGHT}, {x + CELL_WIDTH, y + CELL_HEIGHT}};
-    glVertexPointer(2, GL_FLOAT, 0, corners);
-    glColorPointer(4, GL_UNSIGNED_BYTE, 0, kPrimary);
-    for (int unit = 0; unit < 2; ++unit) {
-        glClientActiveTexture(GL_TEXTURE0 + unit);
-        glTexCoordPointer(2, GL_FLOAT, 0, texture);
-    }
-    glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
-}
-
-static void turnOff(int unit)
-{
-    glActiveTexture(GL_TEXTURE0 + unit);
-    glDisable(GL_TEXTURE_2D);
-}
-
 static void drawChecks(GLfloat x, GLfloat y, const char *caption)
 {
     setInk(176, 186, 204);
     writeCentred(TEXT_CAPTION, caption, x + 0.5f * CELL_WIDTH, y - 10.5f);
     useUnit(0, textures.checks, GL_REPLACE);
-    turnOff(1);
+    turnOffUnit(1);
     drawRectangle(x, y, 6.0f);
 }
 
@@ -186,7 +154,7 @@ static void draw(int milliseconds, int width, int height)
     drawLegend();
     drawCombiners();
 
-    turnOff(1);
+    turnOffUnit(1);
     glActiveTexture(GL_TEXTURE0);
     glClientActiveTexture(GL_TEXTURE0);
     glScalef(1.0f / pixels, 1.0f / pixels, 1.0f);
@@ -197,6 +165,14 @@ static void draw(int milliseconds, int width, int height)
 int main(int argc, char **argv)
 {
     static const struct Demo demo = {
-        .name = "combiners", .start = start, .draw = draw, .posterWidth = WIDTH, .posterHeight = HEIGHT};
+        .name = "combiners",
+        .title = "Texture environments and combiners",
+        .about = "Every environment mode with every base format, and every combiner function plain, with operands, "
+                 "with a scale and over two units.",
+        .start = start,
+        .draw = draw,
+        .posterWidth = WIDTH,
+        .posterHeight = HEIGHT,
+    };
     return runDemo(&demo, argc, argv);
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Three runners: one lit mesh, its vertices bound to up to four matrices of the palette, drawn in three phases of the
 // stride. With --cpu-skinning the processor moves the vertices, as a driver without the palette needs it.
+#include "basics.h"
 #include "figure_skin.h"
 #include "frame.h"
-#include "parts.h"
 
 #include <math.h>
 #include <string.h>
@@ -114,7 +114,15 @@ static void draw(int milliseconds, int width, int height)
 
 int main(int argc, char **argv)
 {
-    static const struct Demo demo = {.name = "figure", .start = start, .draw = draw, .posterMilliseconds = 400};
+    static const struct Demo demo = {
+        .name = "figure",
+        .title = "Runners",
+        .about = "One lit mesh on thirteen bones, every vertex bound to up to four matrices of the palette, drawn in "
+                 "three phases of the stride.",
+        .start = start,
+        .draw = draw,
+        .posterMilliseconds = 400,
+    };
     // Taken out of the command line here; the other options are those of all demos.
     for (int i = 1; i < argc; ++i) {
         if (strcmp(argv[i], "--cpu-skinning") != 0) continue;

@@ -227,6 +227,13 @@ static void draw(int milliseconds, int width, int height)
 
 int main(int argc, char **argv)
 {
-    static const struct Demo demo = {.name = "fixed", .start = start, .draw = draw, .posterMilliseconds = 2300};
+    static const struct Demo demo = {
+        .name = "fixed",
+        .title = "A carousel in fixed point",
+        .about = "Faceted solids, two-sided light and linear fog without one floating-point number.",
+        .start = start,
+        .draw = draw,
+        .posterMilliseconds = 2300,
+    };
     return runDemo(&demo, argc, argv);
 }

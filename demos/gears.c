@@ -210,6 +210,14 @@ static void draw(int milliseconds, int width, int height)
 
 int main(int argc, char **argv)
 {
-    static const struct Demo demo = {.name = "gears", .start = start, .draw = draw, .posterMilliseconds = 1500};
+    static const struct Demo demo = {
+        .name = "gears",
+        .title = "Gears",
+        .about = "A gear train with flat and smooth shading under one positional light, from buffer objects and from "
+                 "client memory.",
+        .start = start,
+        .draw = draw,
+        .posterMilliseconds = 1500,
+    };
     return runDemo(&demo, argc, argv);
 }

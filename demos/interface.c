@@ -168,6 +168,13 @@ static void draw(int milliseconds, int width, int height)
 int main(int argc, char **argv)
 {
     static const struct Demo demo = {
-        .name = "interface", .start = startDrawing, .draw = draw, .posterMilliseconds = 700};
+        .name = "interface",
+        .title = "An interface",
+        .about = "Panels, icons, letters and a cover, all from one atlas by draw-texture with crop rectangles: no "
+                 "vertex array, no matrix.",
+        .start = startDrawing,
+        .draw = draw,
+        .posterMilliseconds = 700,
+    };
     return runDemo(&demo, argc, argv);
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // Three fountains of sparks over wet ground: point sprites with a size array, added up by blending. Every spark's place
 // follows from the time alone.
+#include "basics.h"
 #include "frame.h"
-#include "parts.h"
 
 #include <math.h>
 #include <stddef.h>
@@ -178,6 +178,14 @@ static void draw(int milliseconds, int width, int height)
 
 int main(int argc, char **argv)
 {
-    static const struct Demo demo = {.name = "sparks", .start = start, .draw = draw, .posterMilliseconds = 4000};
+    static const struct Demo demo = {
+        .name = "sparks",
+        .title = "Fountains of sparks",
+        .about =
+            "Thousands of point sprites with sizes from an array, added up by blending over ground that mirrors them.",
+        .start = start,
+        .draw = draw,
+        .posterMilliseconds = 4000,
+    };
     return runDemo(&demo, argc, argv);
 }

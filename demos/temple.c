@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 // A walk through a colonnade at dusk: fog, a directional light and seven lamps, mipmapped stone, a wet floor that
 // mirrors everything because it is blended over the scene drawn upside down.
+#include "basics.h"
 #include "frame.h"
-#include "parts.h"
 #include "temple_model.h"
 
 #include <math.h>
@@ -15,15 +15,6 @@ static const GLfloat kFogDensity = 0.05f;
 #define DUSK 0.58f, 0.46f, 0.50f
 #define EVENING 0.30f, 0.29f, 0.44f
 #define NIGHT 0.08f, 0.10f, 0.22f
-
-// Lamps hang over the way, left and right by turns. All move towards the viewer as the walk goes on.
-static void lampPosition(int index, GLfloat walked, GLfloat *position)
-{
-    position[0] = index % 2 ? 1.25f : -1.25f;
-    position[1] = 2.55f;
-    position[2] = walked - BAY * ((GLfloat)index + 0.5f);
-    position[3] = 1.0f;
-}
 
 // The positions are transformed as everything else: upside down while the mirrored scene is drawn.
 static void light(GLfloat walked)
@@ -190,6 +181,14 @@ static void draw(int milliseconds, int width, int height)
 
 int main(int argc, char **argv)
 {
-    static const struct Demo demo = {.name = "temple", .start = makeTemple, .draw = draw, .posterMilliseconds = 1000};
+    static const struct Demo demo = {
+        .name = "temple",
+        .title = "A temple at dusk",
+        .about = "Seven lamps and the last daylight on mipmapped stone that vanishes in fog, mirrored by a wet floor "
+                 "that is blended over the scene upside down.",
+        .start = makeTemple,
+        .draw = draw,
+        .posterMilliseconds = 1000,
+    };
     return runDemo(&demo, argc, argv);
 }

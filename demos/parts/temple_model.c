@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "temple_model.h"
 
-#include "parts.h"
+#include "basics.h"
 
 #include <math.h>
 #include <stddef.h>
@@ -76,6 +76,14 @@ static void glowColour(GLfloat x, GLfloat y, GLfloat *rgba)
 {
     const GLfloat far = 2.0f * hypotf(x - 0.5f, y - 0.5f);
     rgba[0] = powf(fmaxf(1.0f - far, 0.0f), 3.0f);
+}
+
+void lampPosition(int index, GLfloat walked, GLfloat *position)
+{
+    position[0] = index % 2 ? 1.25f : -1.25f;
+    position[1] = 2.55f;
+    position[2] = walked - BAY * ((GLfloat)index + 0.5f);
+    position[3] = 1.0f;
 }
 
 const char *makeTemple(void)

@@ -19,6 +19,10 @@ struct Temple {
 
 extern struct Temple temple;
 
+/// Where a lamp hangs: over the way, left and right by turns. All move towards the viewer as the walk goes on.
+/// position: gets four coordinates.
+void lampPosition(int index, GLfloat walked, GLfloat *position);
+
 /// Fills it; returns null.
 const char *makeTemple(void);
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "interface_art.h"
 
-#include "parts.h"
+#include "basics.h"
 
 #include <math.h>
 

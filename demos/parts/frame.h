@@ -8,7 +8,8 @@
 
 /// One demo. The picture depends on the time and the size alone, never on the frames drawn before.
 struct Demo {
-    const char *name;
+    const char *name;           // of the program
+    const char *title, *about;  // for the gallery: a few words, and one sentence without markup
     const char *(*start)(void); // called once with the context current; null, or why the demo cannot be drawn here
     void (*draw)(int milliseconds, int width, int height); // one frame; the viewport is already set
     int posterMilliseconds;                                // the time shown when none is asked for

@@ -55,13 +55,15 @@ static int posterHeight(const struct Demo *demo)
 
 static void printUsage(const struct Demo *demo)
 {
-    printf("usage: %s [--png FILE] [--size WxH] [--time SECONDS] [--frames N] [--window]\n"
+    printf("%s\n\n"
+           "usage: %s [--png FILE] [--size WxH] [--time SECONDS] [--frames N] [--window] | --about\n"
            "  --png FILE      write the last frame as a picture\n"
            "  --size WxH      pixels, %dx%d when not given\n"
            "  --time SECONDS  time of the first frame, %g when not given\n"
            "  --frames N      frames to draw, 1/60 s apart: 1 when not given, in a window until it is closed\n"
-           "  --window        draw in a window instead of off the screen\n",
-           demo->name, posterWidth(demo), posterHeight(demo), demo->posterMilliseconds / 1000.0);
+           "  --window        draw in a window instead of off the screen\n"
+           "  --about         print the title and one sentence\n",
+           demo->about, demo->name, posterWidth(demo), posterHeight(demo), demo->posterMilliseconds / 1000.0);
 }
 
 // Returns 0 for an unknown option or an argument out of range.
@@ -250,6 +252,10 @@ int runDemo(const struct Demo *demo, int argc, char **argv)
 {
     if (argc == 2 && strcmp(argv[1], "--help") == 0) {
         printUsage(demo);
+        return 0;
+    }
+    if (argc == 2 && strcmp(argv[1], "--about") == 0) {
+        printf("%s\n%s\n", demo->title, demo->about);
         return 0;
     }
     struct Options options = {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "combiners_textures.h"
 
-#include "parts.h"
+#include "basics.h"
 
 #include <math.h>
 

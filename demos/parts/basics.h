@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Small parts of several demos: textures worked out by a function, repeatable chance, the camera.
-#ifndef DEMO_PARTS_H
-#define DEMO_PARTS_H
+#ifndef DEMO_BASICS_H
+#define DEMO_BASICS_H
 
 #include <GLES/gl.h>
 

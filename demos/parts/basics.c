@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "parts.h"
+#include "basics.h"
 
 #include <math.h>
 
