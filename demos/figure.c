@@ -119,17 +119,12 @@ int main(int argc, char **argv)
         .title = "Runners",
         .about = "One lit mesh on thirteen bones, every vertex bound to up to four matrices of the palette, drawn in "
                  "three phases of the stride.",
+        .ownOption = "--cpu-skinning",
+        .ownMeaning = "let the processor move the vertices, without GL_OES_matrix_palette",
+        .ownGiven = &cpuSkinning,
         .start = start,
         .draw = draw,
         .posterMilliseconds = 400,
     };
-    // Taken out of the command line here; the other options are those of all demos.
-    for (int i = 1; i < argc; ++i) {
-        if (strcmp(argv[i], "--cpu-skinning") != 0) continue;
-        cpuSkinning = 1;
-        memmove(&argv[i], &argv[i + 1], (size_t)(argc - i) * sizeof *argv);
-        --argc;
-        --i;
-    }
     return runDemo(&demo, argc, argv);
 }

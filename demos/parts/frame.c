@@ -64,10 +64,11 @@ static void printUsage(const struct Demo *demo)
            "  --window        draw in a window instead of off the screen\n"
            "  --about         print the title and one sentence\n",
            demo->about, demo->name, posterWidth(demo), posterHeight(demo), demo->posterMilliseconds / 1000.0);
+    if (demo->ownOption) printf("  %-15s %s\n", demo->ownOption, demo->ownMeaning);
 }
 
 // Returns 0 for an unknown option or an argument out of range.
-static int readOptions(struct Options *options, int argc, char **argv)
+static int readOptions(const struct Demo *demo, struct Options *options, int argc, char **argv)
 {
     int framesGiven = 0;
     for (int i = 1; i < argc; ++i) {
@@ -76,6 +77,10 @@ static int readOptions(struct Options *options, int argc, char **argv)
         double seconds = 0.0;
         if (strcmp(argv[i], "--window") == 0) {
             options->window = 1;
+            continue;
+        }
+        if (demo->ownOption && strcmp(argv[i], demo->ownOption) == 0) {
+            *demo->ownGiven = 1;
             continue;
         }
         if (strcmp(argv[i], "--png") == 0 && *value) {
@@ -260,7 +265,7 @@ int runDemo(const struct Demo *demo, int argc, char **argv)
     }
     struct Options options = {
         .width = posterWidth(demo), .height = posterHeight(demo), .milliseconds = demo->posterMilliseconds};
-    if (!readOptions(&options, argc, argv)) {
+    if (!readOptions(demo, &options, argc, argv)) {
         fprintf(stderr, "%s: these options make no sense; --help lists them\n", demo->name);
         return 2;
     }

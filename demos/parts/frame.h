@@ -8,8 +8,10 @@
 
 /// One demo. The picture depends on the time and the size alone, never on the frames drawn before.
 struct Demo {
-    const char *name;           // of the program
-    const char *title, *about;  // for the gallery: a few words, and one sentence without markup
+    const char *name;                   // of the program
+    const char *title, *about;          // for the gallery: a few words, and one sentence without markup
+    const char *ownOption, *ownMeaning; // an option of this demo alone, and what --help says of it; null: none
+    int *ownGiven;                      // set to 1 when it is given
     const char *(*start)(void); // called once with the context current; null, or why the demo cannot be drawn here
     void (*draw)(int milliseconds, int width, int height); // one frame; the viewport is already set
     int posterMilliseconds;                                // the time shown when none is asked for
