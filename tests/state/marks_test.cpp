@@ -32,6 +32,7 @@ protected:
 };
 
 const GLfloat kFour[4] = {0.5f, 0.25f, 0.125f, 1};
+const GLuint kBuffer = 3;
 const GLint kRect[4] = {1, 2, 3, 4};
 
 struct Setter {
@@ -42,9 +43,21 @@ struct Setter {
 // Each changes something that it has to mark, in a fresh context with lighting on.
 constexpr Setter kSetters[] = {
     {"clip plane", [] { glClipPlanef(GL_CLIP_PLANE0, kFour); }},
+    {"matrix", [] { glTranslatef(1, 2, 3); }},
+    {"texture matrix",
+     [] {
+         glMatrixMode(GL_TEXTURE);
+         glTranslatef(1, 2, 3);
+     }},
     {"palette load", [] { glLoadPaletteFromModelViewMatrixOES(); }},
     {"weight pointer", [] { glWeightPointerOES(2, GL_SHORT, 0, kFour); }},
     {"matrix index pointer", [] { glMatrixIndexPointerOES(2, GL_UNSIGNED_BYTE, 0, kFour); }},
+    {"vertex pointer", [] { glVertexPointer(2, GL_FLOAT, 0, kFour); }},
+    {"coordinate pointer", [] { glTexCoordPointer(2, GL_FLOAT, 0, kFour); }},
+    {"client array", [] { glEnableClientState(GL_NORMAL_ARRAY); }},
+    {"buffer deletion", [] { glDeleteBuffers(1, &kBuffer); }},
+    {"current colour", [] { glColor4f(1, 0, 0, 1); }},
+    {"alpha function", [] { glAlphaFunc(GL_LESS, 0.5f); }},
     {"point size pointer", [] { glPointSizePointerOES(GL_FLOAT, 0, kFour); }},
     {"light colour", [] { glLightfv(GL_LIGHT2, GL_DIFFUSE, kFour); }},
     {"light position", [] { glLightfv(GL_LIGHT2, GL_POSITION, kFour); }},

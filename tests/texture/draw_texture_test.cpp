@@ -247,10 +247,11 @@ TEST_F(DrawTexture, SizesAreCheckedInInterfaceOnlyModeToo)
 
 TEST_F(DrawTexture, EveryFormDrawsTheSameRectangle)
 {
-    const GLfloat f[5] = {64, 32, 0, 128, 64};
-    const GLint i[5] = {64, 32, 0, 128, 64};
-    const GLshort s[5] = {64, 32, 0, 128, 64};
-    const GLfixed x[5] = {64 << 16, 32 << 16, 0, 128 << 16, 64 << 16};
+    // The sixth values belong to nobody.
+    const GLfloat f[6] = {64, 32, 0, 128, 64, 7};
+    const GLint i[6] = {64, 32, 0, 128, 64, 7};
+    const GLshort s[6] = {64, 32, 0, 128, 64, 7};
+    const GLfixed x[6] = {64 << 16, 32 << 16, 0, 128 << 16, 64 << 16, 7 << 16};
     const std::vector<std::function<void()>> forms = {
         [&] { glDrawTexfOES(f[0], f[1], f[2], f[3], f[4]); }, [&] { glDrawTexfvOES(f); },
         [&] { glDrawTexiOES(i[0], i[1], i[2], i[3], i[4]); }, [&] { glDrawTexivOES(i); },

@@ -157,14 +157,27 @@ TEST_F(TextureObjects, DeletingFreesTheRecordAndIsForwardedOnce)
 {
     lookup(3);
     lookup(400);
+    const TextureObject *kept = lookup(7);
     const size_t blocks = fakePlatform().liveBlocks;
-    const GLuint list[4] = {3, 0, 99, 400};
+    const GLuint list[5] = {3, 0, 99, 400, 7};
     glDeleteTextures(4, list);
     EXPECT_EQ(fakePlatform().liveBlocks, blocks - 2);
     EXPECT_EQ(names().table[3], nullptr);
+    EXPECT_EQ(names().table[7], kept);
     EXPECT_EQ(overflowNames(), std::vector<GLuint>{});
     EXPECT_EQ(callsOf("glDeleteTextures"), std::vector<std::string>{"glDeleteTextures(4, ptr)"});
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+}
+
+TEST_F(TextureObjects, DeletingANameBehindTheTableLooksInTheListOnly)
+{
+    lookup(300);
+    const size_t blocks = fakePlatform().liveBlocks;
+    deleteName(16);
+    deleteName(301);
+    EXPECT_EQ(names().tableSize, 16u);
+    EXPECT_EQ(fakePlatform().liveBlocks, blocks);
+    EXPECT_EQ(overflowNames(), std::vector<GLuint>{300});
 }
 
 TEST_F(TextureObjects, DeletingResetsEveryBindingOfTheCallingContext)

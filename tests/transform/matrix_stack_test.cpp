@@ -125,13 +125,19 @@ TEST_F(MatrixStacks, InitialisationLeavesAdjustmentAndEffectiveProjection)
     glTranslatef(1, 2, 3);
     glPushMatrix();
     glMatrixMode(GL_PROJECTION);
+    clearMarks(ctx);
+    ctx->transform.normalMatrixStale = 0;
     initTransform(ctx);
+    EXPECT_EQ(ctx->dirty, 0x2u);
+    EXPECT_EQ(ctx->transform.uniformDirty, 0x2u);
+    EXPECT_EQ(ctx->transform.normalMatrixStale, 1u);
     EXPECT_EQ(ctx->transform.projectionAdjustment.f[5], -1.0f);
     EXPECT_EQ(ctx->transform.effectiveProjection.f[0], 9.0f);
     EXPECT_EQ(ctx->transform.depth[0], 0u);
     EXPECT_EQ(ctx->transform.top[0], ctx->transform.modelview);
     EXPECT_EQ(values(ctx->transform.top[0]->f), kIdentity);
     EXPECT_EQ(ctx->transform.matrixMode, GLenum(GL_MODELVIEW));
+    EXPECT_EQ(ctx->transform.currentStack, 0u);
 }
 
 TEST_F(MatrixStacks, ModesSelectTheirStackAndMarkNothing)
@@ -166,6 +172,11 @@ TEST_F(MatrixStacks, TextureModeSelectsTheUnitActiveAtThatCallAndFollowsItsChang
     EXPECT_EQ(ctx->transform.texture[1][0].f[12], 0.0f);
     glActiveTexture(GL_TEXTURE0);
     EXPECT_EQ(ctx->transform.currentStack, 2u);
+    glActiveTexture(GL_TEXTURE1);
+    EXPECT_EQ(ctx->transform.currentStack, 3u);
+    glTranslatef(7, 0, 0);
+    EXPECT_EQ(ctx->transform.texture[0][0].f[12], 5.0f);
+    EXPECT_EQ(ctx->transform.texture[1][0].f[12], 7.0f);
 }
 
 TEST_F(MatrixStacks, OtherModesDoNotFollowTheActiveUnit)
