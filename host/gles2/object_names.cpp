@@ -6,18 +6,26 @@
 
 #include "vertex_input.h"
 
-[[gnu::noinline]] void noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name)
+void noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name)
 {
     seen.names[name % SeenNames::kCount] = name;
     const std::lock_guard<std::mutex> guard(shared.lock);
     (shared.*set).insert(name);
 }
 
-void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
+// Out of line and with the arguments of its caller, so that the usual bind is a comparison and a jump.
+[[gnu::noinline]] static void bindNewTexture(GLenum target, GLuint texture)
 {
     Context *context = currentContext;
+    noteName(context->group->names, &SharedNames::textures, context->seenTextures, texture);
+    driver.glBindTexture(target, texture);
+}
+
+void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
+{
+    const Context *context = currentContext;
     if (context && !context->seenTextures.has(texture)) [[unlikely]]
-        noteName(context->group->names, &SharedNames::textures, context->seenTextures, texture);
+        return bindNewTexture(target, texture);
     driver.glBindTexture(target, texture);
 }
 

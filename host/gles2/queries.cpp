@@ -3,9 +3,10 @@
 #include "capabilities.h"
 #include "vertex_input.h"
 
+#include <algorithm>
 #include <cmath>
-
-static constexpr int kMaxValues = 64; // of one query; the lists of compressed formats are the longest
+#include <type_traits>
+#include <vector>
 
 // Answers that are not the driver's: one integer. False for every other name, with the driver made ready to answer.
 static bool answerHere(GLenum pname, GLint &value)
@@ -30,34 +31,32 @@ static bool answerHere(GLenum pname, GLint &value)
     }
 }
 
-void GL_APIENTRY glGetBooleanv(GLenum pname, GLboolean *params)
+// A query of values of one type, with the driver's function for what is not answered here.
+template <auto function, typename Value>
+static void query(GLenum pname, Value *params)
 {
     GLint value = 0;
     if (!currentContext) return;
-    if (answerHere(pname, value))
+    if (!answerHere(pname, value)) return (driver.*function)(pname, params);
+    if constexpr (std::is_same_v<Value, GLboolean>)
         *params = value != 0;
     else
-        driver.glGetBooleanv(pname, params);
+        *params = static_cast<Value>(value);
+}
+
+void GL_APIENTRY glGetBooleanv(GLenum pname, GLboolean *params)
+{
+    query<&Driver::glGetBooleanv>(pname, params);
 }
 
 void GL_APIENTRY glGetFloatv(GLenum pname, GLfloat *params)
 {
-    GLint value = 0;
-    if (!currentContext) return;
-    if (answerHere(pname, value))
-        *params = static_cast<GLfloat>(value);
-    else
-        driver.glGetFloatv(pname, params);
+    query<&Driver::glGetFloatv>(pname, params);
 }
 
 void GL_APIENTRY glGetIntegerv(GLenum pname, GLint *params)
 {
-    GLint value = 0;
-    if (!currentContext) return;
-    if (answerHere(pname, value))
-        *params = value;
-    else
-        driver.glGetIntegerv(pname, params);
+    query<&Driver::glGetIntegerv>(pname, params);
 }
 
 // Number of values a query writes.
@@ -99,15 +98,14 @@ void GL_APIENTRY glGetFixedvQRN(GLenum pname, GLfixed *params)
 {
     if (!currentContext) return;
     const int count = valueCount(pname);
-    if (count > kMaxValues) return raiseError(GL_INVALID_ENUM);
+    std::vector<GLfloat> values(static_cast<size_t>(std::max(count, 1)));
     // Names that the driver refuses leave the caller's values alone.
-    GLfloat values[kMaxValues];
     constexpr GLfloat unanswered = -0x1.badbadp+99f;
     values[0] = unanswered;
-    glGetFloatv(pname, values);
+    glGetFloatv(pname, values.data());
     if (values[0] == unanswered) return;
     for (int i = 0; i < count; ++i)
-        params[i] = fixedFromFloat(values[i]);
+        params[i] = fixedFromFloat(values[static_cast<size_t>(i)]);
 }
 
 void GL_APIENTRY glGetBufferPointervZEK(GLenum target, void **params)
