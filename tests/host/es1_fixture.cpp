@@ -6,13 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-bool overEs2()
-{
-    const char *limit = std::getenv("TRL20_DRIVER_LIMIT");
-    return limit && std::string_view(limit) == "es2";
-}
-
-void Es1Test::SetUp()
+void SurfaceTest::SetUp()
 {
     display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     ASSERT_TRUE(eglInitialize(display, nullptr, nullptr));
@@ -22,32 +16,59 @@ void Es1Test::SetUp()
     ASSERT_TRUE(eglChooseConfig(display, criteria, &config, 1, &count) && count == 1);
     const EGLint size[] = {EGL_WIDTH, kSurfaceSize, EGL_HEIGHT, kSurfaceSize, EGL_NONE};
     surface = eglCreatePbufferSurface(display, config, size);
-    const EGLint attributes[] = {EGL_CONTEXT_CLIENT_VERSION, 1, EGL_NONE};
-    context = eglCreateContext(display, config, EGL_NO_CONTEXT, attributes);
-    ASSERT_TRUE(eglMakeCurrent(display, surface, surface, context));
+    ASSERT_TRUE(surface);
+}
+
+void SurfaceTest::TearDown()
+{
+    EXPECT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
+    EXPECT_TRUE(eglTerminate(display));
+}
+
+EGLContext SurfaceTest::create(EGLint version, EGLContext share)
+{
+    const EGLint attributes[] = {EGL_CONTEXT_CLIENT_VERSION, version, EGL_NONE};
+    return eglCreateContext(display, config, share, attributes);
+}
+
+bool SurfaceTest::makeCurrent(EGLContext context)
+{
+    return eglMakeCurrent(display, surface, surface, context);
+}
+
+void Es1Test::SetUp()
+{
+    SurfaceTest::SetUp();
+    context = create(1);
+    ASSERT_TRUE(makeCurrent(context));
 }
 
 void Es1Test::TearDown()
 {
     EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "left by the test";
-    EXPECT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
-    EXPECT_TRUE(eglTerminate(display));
+    SurfaceTest::TearDown();
 }
 
-Pixel Es1Test::pixelAt(int x, int y)
+bool overEs2()
+{
+    const char *limit = std::getenv("TRL20_DRIVER_LIMIT");
+    return limit && std::string_view(limit) == "es2";
+}
+
+Pixel pixelAt(int x, int y)
 {
     Pixel pixel = {};
     glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
     return pixel;
 }
 
-void Es1Test::clear(const Pixel &colour)
+void clear(const Pixel &colour)
 {
     glClearColor(colour[0] / 255.0f, colour[1] / 255.0f, colour[2] / 255.0f, colour[3] / 255.0f);
     glClear(GL_COLOR_BUFFER_BIT);
 }
 
-void Es1Test::drawSquare()
+void drawSquare()
 {
     static const GLfloat corners[] = {-1, -1, 1, -1, -1, 1, 1, 1};
     glEnableClientState(GL_VERTEX_ARRAY);

@@ -140,12 +140,9 @@ TEST_F(Vendor, AListingIsCutToItsRoomAndTellsTheWholeNumber)
 TEST_F(Vendor, ContextsThatShareObjectsListTheSame)
 {
     glBindTexture(GL_TEXTURE_2D, 9);
-    const EGLint attributes[] = {EGL_CONTEXT_CLIENT_VERSION, 1, EGL_NONE};
-    const EGLContext other = eglCreateContext(display, config, context, attributes);
-    ASSERT_TRUE(eglMakeCurrent(display, surface, surface, other));
+    ASSERT_TRUE(makeCurrent(create(1, context)));
     EXPECT_EQ(listed(glGetTexturesQRN), Names{9});
-    const EGLContext alone = eglCreateContext(display, config, EGL_NO_CONTEXT, attributes);
-    ASSERT_TRUE(eglMakeCurrent(display, surface, surface, alone));
+    ASSERT_TRUE(makeCurrent(create(1)));
     EXPECT_EQ(listed(glGetTexturesQRN), Names{});
 }
 

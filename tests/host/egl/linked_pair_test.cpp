@@ -1,10 +1,7 @@
 // SPDX-License-Identifier: MIT
 // A program that links the drop-in pair as it would link the machine's libraries: ES 1.1 drawing by the real library
 // and backend, beside the machine's own ES 2.0.
-#include <EGL/egl.h>
-#include <EGL/eglext.h>
-#include <GLES/gl.h>
-#include <gtest/gtest.h>
+#include "host/es1_fixture.h"
 
 #include <array>
 #include <dlfcn.h>
@@ -13,55 +10,9 @@
 
 namespace {
 
-using Pixel = std::array<uint8_t, 4>;
 constexpr Pixel kRed = {255, 0, 0, 255}, kGreen = {0, 255, 0, 255}, kBlue = {0, 0, 255, 255};
 
-class LinkedPair : public testing::Test {
-protected:
-    void SetUp() override
-    {
-        display = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
-        ASSERT_TRUE(eglInitialize(display, nullptr, nullptr));
-        const EGLint criteria[] = {EGL_SURFACE_TYPE,    EGL_PBUFFER_BIT,   EGL_RED_SIZE, 8, EGL_ALPHA_SIZE, 8,
-                                   EGL_RENDERABLE_TYPE, EGL_OPENGL_ES_BIT, EGL_NONE};
-        EGLint count = 0;
-        ASSERT_TRUE(eglChooseConfig(display, criteria, &config, 1, &count) && count == 1);
-        const EGLint size[] = {EGL_WIDTH, 16, EGL_HEIGHT, 16, EGL_NONE};
-        surface = eglCreatePbufferSurface(display, config, size);
-        ASSERT_TRUE(surface);
-    }
-    void TearDown() override
-    {
-        EXPECT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
-        EXPECT_TRUE(eglTerminate(display));
-    }
-    EGLContext create(EGLint version, EGLContext share = EGL_NO_CONTEXT)
-    {
-        const EGLint attributes[] = {EGL_CONTEXT_CLIENT_VERSION, version, EGL_NONE};
-        return eglCreateContext(display, config, share, attributes);
-    }
-    bool makeCurrent(EGLContext context)
-    {
-        return eglMakeCurrent(display, surface, surface, context);
-    }
-
-    EGLDisplay display = EGL_NO_DISPLAY;
-    EGLConfig config = nullptr;
-    EGLSurface surface = EGL_NO_SURFACE;
-};
-
-Pixel pixelAt(int x, int y)
-{
-    Pixel pixel = {};
-    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
-    return pixel;
-}
-
-void clear(const Pixel &colour)
-{
-    glClearColor(colour[0] / 255.0f, colour[1] / 255.0f, colour[2] / 255.0f, colour[3] / 255.0f);
-    glClear(GL_COLOR_BUFFER_BIT);
-}
+using LinkedPair = SurfaceTest;
 
 // Covers the left half of the surface with the current colour, by the fixed-function pipeline.
 void drawLeftHalf()
