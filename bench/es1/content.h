@@ -80,7 +80,12 @@ constexpr float kShininess = 12.0f;
 constexpr float kFogColour[4] = {0.5f, 0.55f, 0.6f, 1.0f};
 constexpr float kFogStart = 6.0f, kFogEnd = 10.0f; // distances from the eye
 
-constexpr float kAlphaReference = 0.5f;
+/// One of sixteen combinations of states, all of them in sixteen draws; neighbours differ in two to four bits.
+constexpr int kCombinations = 16;
+constexpr int combination(int number)
+{
+    return number * 5 % kCombinations;
+}
 
 // Sprites and rectangles of draw-texture, in pixels of the surface.
 constexpr int kSpriteSize = 24;

@@ -41,6 +41,19 @@ MeshBuffers useMesh(const Mesh &mesh, unsigned parts)
     return buffers;
 }
 
+// Another texture in each unit, with the bound mesh's coordinates.
+void useTextureUnits()
+{
+    makeTextureUnits();
+    for (const GLenum unit : {GL_TEXTURE1, GL_TEXTURE0}) {
+        glActiveTexture(unit);
+        glClientActiveTexture(unit);
+        glEnable(GL_TEXTURE_2D);
+        enableArrays(COORDS);
+        describeArrays(COORDS, nullptr);
+    }
+}
+
 void placeCamera()
 {
     glMatrixMode(GL_PROJECTION);
@@ -154,22 +167,42 @@ void draw(int number)
 }
 } // namespace lights
 
-// The bits of a draw's number switch light, texture, fog and alpha test.
+// The bits of a combination: light, texture of unit 0, texture of unit 1, fog with blending. Arrays are on when used.
 namespace states {
 void setUp()
 {
     placeCamera();
-    useMesh(makeGemGrid(), NORMALS | COORDS | COLOURS);
+    useMesh(makeGemGrid(), NORMALS | COLOURS);
+    useTextureUnits();
     switchLightsOn(1);
     setFog();
-    makeTexture(1);
-    glAlphaFunc(GL_GREATER, kAlphaReference);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+}
+void enable(GLenum capability, bool on)
+{
+    (on ? glEnable : glDisable)(capability);
+}
+void enableArray(GLenum array, bool on)
+{
+    (on ? glEnableClientState : glDisableClientState)(array);
+}
+void enableTexture(GLenum unit, bool on)
+{
+    glActiveTexture(unit);
+    glClientActiveTexture(unit);
+    enable(GL_TEXTURE_2D, on);
+    enableArray(GL_TEXTURE_COORD_ARRAY, on);
 }
 void draw(int number)
 {
-    constexpr GLenum kSwitches[] = {GL_LIGHTING, GL_TEXTURE_2D, GL_FOG, GL_ALPHA_TEST};
-    for (int bit = 0; bit < 4; ++bit)
-        (number >> bit & 1 ? glEnable : glDisable)(kSwitches[bit]);
+    const int bits = combination(number);
+    enable(GL_LIGHTING, bits & 1);
+    enableArray(GL_NORMAL_ARRAY, bits & 1);
+    enableArray(GL_COLOR_ARRAY, !(bits & 1));
+    enableTexture(GL_TEXTURE0, bits & 2);
+    enableTexture(GL_TEXTURE1, bits & 4);
+    enable(GL_FOG, bits & 8);
+    enable(GL_BLEND, bits & 8);
     drawGemInCell(number);
 }
 } // namespace states
@@ -273,14 +306,7 @@ void setUp()
 {
     placeCamera();
     useMesh(makeSquare(), COORDS);
-    for (const GLenum unit : {GL_TEXTURE0, GL_TEXTURE1}) {
-        glActiveTexture(unit);
-        glClientActiveTexture(unit);
-        makeTexture(static_cast<int>(unit - GL_TEXTURE0));
-        glEnable(GL_TEXTURE_2D);
-        enableArrays(COORDS);
-        describeArrays(COORDS, nullptr);
-    }
+    useTextureUnits();
     setFog();
     glEnable(GL_FOG);
     blend();
@@ -349,7 +375,7 @@ constexpr const char *extensionOf(std::string_view scene)
     return nullptr;
 }
 
-#define SCENE(name, title, es2, native, budget) {#name, name::setUp, name::draw, extensionOf(#name)},
+#define SCENE(name, title, budget) {#name, name::setUp, name::draw, extensionOf(#name)},
 constexpr Scene kScenes[] = {
 #include "es1/scenes.def"
 };

@@ -13,14 +13,11 @@
 
 namespace {
 
-#define SCENE(name, title, es2, native, budget) {#name, title, es2, native, budget},
+#define SCENE(name, title, budget) {#name, title, budget},
 constexpr SceneRow kRows[] = {
 #include "es1/scenes.def"
 };
 #undef SCENE
-
-// Pictures may differ in the pixels along edges: a thousandth of all, by more than a step of a 5-bit channel.
-constexpr int kTolerance = 8, kDifferingPixels = kSceneSize * kSceneSize / 1000;
 
 struct Options {
     std::string out;                 // folder of the results
@@ -83,7 +80,7 @@ std::string comparePictures(const Build &build, const std::string &out, SceneRes
     std::string renderer;
     for (const Side side : {NATIVE, ES2, OURS}) {
         const std::string file = out + "/" + result.scene.name + "." + kSideNames[side] + ".png";
-        const Run run = drawPicture(build, side, result.scene, file);
+        const Outcome run = drawPicture(build, side, result.scene, file);
         if (run.status == kSceneUnavailable && side == NATIVE) {
             result.unavailable[side] = valueOf(run.text, "unavailable");
             continue;
@@ -96,7 +93,7 @@ std::string comparePictures(const Build &build, const std::string &out, SceneRes
     }
     for (const Side side : {NATIVE, ES2}) {
         if (!result.unavailable[side].empty()) continue;
-        result.fromOurs[side] = compareImages(pictures[OURS], pictures[side], kTolerance);
+        result.fromOurs[side] = compareImages(pictures[OURS], pictures[side], kPictureTolerance);
         if (result.fromOurs[side].pixels <= kDifferingPixels) continue;
         result.picturesAgree = false;
         std::fprintf(stderr, "es1table: %s by %s and by ours differ in %d pixels; see %s\n", result.scene.name,
@@ -155,8 +152,8 @@ int measureAll(const Options &options)
     const Build build = findBuild();
     const std::string pictures = options.out + "/pictures";
     std::filesystem::create_directories(pictures);
-    const bool counted = options.instructions && haveCallgrind();
-    if (options.instructions && !counted) std::printf("no valgrind here: times only\n");
+    const std::string notCounted = options.instructions ? whyNotCounted(build) : "not asked for";
+    if (!notCounted.empty()) std::printf("instructions are not counted: %s\n", notCounted.c_str());
 
     std::vector<SceneResult> results;
     std::string renderer;
@@ -166,7 +163,7 @@ int measureAll(const Options &options)
         if (!wanted.empty() && std::find(wanted.begin(), wanted.end(), row.name) == wanted.end()) continue;
         SceneResult &result = results.emplace_back(SceneResult{.scene = row});
         renderer = comparePictures(build, pictures, result);
-        if (counted) countAll(build, result);
+        if (notCounted.empty()) countAll(build, result);
         if (options.rounds) timeAll(build, options.rounds, result);
         printTableRow(result);
     }

@@ -15,8 +15,8 @@ namespace {
 constexpr char kVertexText[] = R"(
 attribute vec3 position;
 varying vec4 shade;
-#if SPRITE
-uniform vec4 place;
+#if RECTANGLE
+uniform vec4 rectangle;
 #endif
 #if SKINNED
 uniform mat4 bones[4];
@@ -42,7 +42,7 @@ attribute vec4 colour;
 #else
 uniform vec4 colour;
 #endif
-#if TEXTURES
+#if TEXTURE0 || TEXTURE1
 attribute vec2 coord;
 varying vec2 texel;
 #endif
@@ -53,8 +53,8 @@ varying float clear;
 
 void main()
 {
-#if SPRITE
-    gl_Position = modelViewProjection * vec4(position.xy * place.zw + place.xy, position.z, 1.0);
+#if RECTANGLE
+    gl_Position = modelViewProjection * vec4(position.xy * rectangle.zw + rectangle.xy, position.z, 1.0);
 #elif SKINNED
     gl_Position = weights.x * (bones[int(boneNumbers.x)] * vec4(position, 1.0)) +
                   weights.y * (bones[int(boneNumbers.y)] * vec4(position, 1.0));
@@ -67,7 +67,7 @@ void main()
 #if FOG
     clear = (fogEndAndScale.x + eye.z) * fogEndAndScale.y;
 #endif
-#if TEXTURES
+#if TEXTURE0 || TEXTURE1
     texel = coord;
 #endif
 #if LIGHTS
@@ -97,15 +97,14 @@ precision highp float;
 precision mediump float;
 #endif
 varying vec4 shade;
-#if TEXTURES
-uniform sampler2D texture0;
+#if TEXTURE0 || TEXTURE1
 varying vec2 texel;
 #endif
-#if TEXTURES > 1
-uniform sampler2D texture1;
+#if TEXTURE0
+uniform sampler2D texture0;
 #endif
-#if ALPHA_TEST
-uniform float alphaReference;
+#if TEXTURE1
+uniform sampler2D texture1;
 #endif
 #if FOG
 uniform vec3 fogColour;
@@ -115,14 +114,11 @@ varying float clear;
 void main()
 {
     vec4 fragment = shade;
-#if TEXTURES
+#if TEXTURE0
     fragment *= texture2D(texture0, texel);
 #endif
-#if TEXTURES > 1
+#if TEXTURE1
     fragment *= texture2D(texture1, texel);
-#endif
-#if ALPHA_TEST
-    if (fragment.a <= alphaReference) discard;
 #endif
 #if FOG
     fragment.rgb = mix(fogColour, fragment.rgb, clamp(clear, 0.0, 1.0));
@@ -136,10 +132,9 @@ std::string defines(const Features &features)
     const auto define = [](const char *name, int value) {
         return "#define " + std::string(name) + " " + std::to_string(value) + "\n";
     };
-    return define("LIGHTS", features.lights) + define("TEXTURES", features.textures) +
-           define("VERTEX_COLOUR", features.vertexColour) + define("FOG", features.fog) +
-           define("ALPHA_TEST", features.alphaTest) + define("SKINNED", features.skinned) +
-           define("SPRITE", features.sprite);
+    return define("LIGHTS", features.lights) + define("TEXTURE0", features.textures & 1) +
+           define("TEXTURE1", features.textures >> 1) + define("VERTEX_COLOUR", features.vertexColour) +
+           define("FOG", features.fog) + define("SKINNED", features.skinned) + define("RECTANGLE", features.rectangle);
 }
 
 void attach(GLuint program, GLenum type, const std::string &text)
@@ -188,7 +183,6 @@ void loadConstants(const Es2Program &program, const Features &features)
     glUniform4f(program.colour, 1.0f, 1.0f, 1.0f, 1.0f);
     glUniform1i(locate(program, "texture0"), 0);
     glUniform1i(locate(program, "texture1"), 1);
-    glUniform1f(locate(program, "alphaReference"), kAlphaReference);
     glUniform2f(locate(program, "fogEndAndScale"), kFogEnd, 1.0f / (kFogEnd - kFogStart));
     glUniform3fv(locate(program, "fogColour"), 1, kFogColour);
     if (features.lights) loadLights(program, features.lights);
@@ -213,7 +207,7 @@ Es2Program makeProgram(const Features &features)
     program.normalMatrix = locate(program, "normalMatrix");
     program.materialColour = locate(program, "materialColour");
     program.colour = locate(program, "colour");
-    program.place = locate(program, "place");
+    program.rectangle = locate(program, "rectangle");
     program.bones = locate(program, "bones");
     loadConstants(program, features);
     return program;

@@ -9,12 +9,11 @@ enum Attribute : GLuint { POSITION, NORMAL, COORD, COLOUR, WEIGHTS, BONES };
 
 struct Features {
     int lights = 0;   // 0: the colour comes from the vertex or from a uniform
-    int textures = 0; // modulated one after the other
+    int textures = 0; // bit set of the units, modulated one after the other
     bool vertexColour = false;
     bool fog = false;
-    bool alphaTest = false;
     bool skinned = false;
-    bool sprite = false; // the position is scaled and moved in the plane
+    bool rectangle = false; // the position is scaled and moved in the plane
 };
 
 /// A linked program and its uniforms; -1 where it has none of that name.
@@ -25,7 +24,7 @@ struct Es2Program {
     GLint normalMatrix;          // lit
     GLint materialColour;        // lit: ambient and diffuse
     GLint colour;                // neither lit nor from the vertex
-    GLint place;                 // sprite: x, y, width, height
+    GLint rectangle;             // x, y, width, height
     GLint bones;                 // skinned: model to clip coordinates, one matrix a bone
 };
 

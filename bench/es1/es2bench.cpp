@@ -122,41 +122,50 @@ void draw(int number)
 }
 } // namespace lights
 
-// The bits of a draw's number switch light, texture, fog and alpha test.
+// The bits of a combination: light, texture of unit 0, texture of unit 1, fog with blending.
 namespace states {
-Es2Program programs[16];
+Es2Program programs[kCombinations];
 void setUp()
 {
-    for (int i = 0; i < 16; ++i)
-        programs[i] = makeProgram({.lights = i & 1,
-                                   .textures = i >> 1 & 1,
-                                   .vertexColour = true,
-                                   .fog = (i >> 2 & 1) != 0,
-                                   .alphaTest = (i >> 3 & 1) != 0});
+    for (int bits = 0; bits < kCombinations; ++bits)
+        programs[bits] = makeProgram(
+            {.lights = bits & 1, .textures = bits >> 1 & 3, .vertexColour = !(bits & 1), .fog = (bits & 8) != 0});
     useMesh(makeGemGrid(), NORMALS | COORDS | COLOURS);
-    makeTexture(1);
+    makeTextureUnits();
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+}
+void enableArray(Attribute attribute, bool on)
+{
+    (on ? glEnableVertexAttribArray : glDisableVertexAttribArray)(attribute);
 }
 void draw(int number)
 {
-    glUseProgram(programs[number % 16].name);
+    const int bits = combination(number);
+    glUseProgram(programs[bits].name);
+    enableArray(NORMAL, bits & 1);
+    enableArray(COLOUR, !(bits & 1));
+    enableArray(COORD, bits & 6);
+    (bits & 8 ? glEnable : glDisable)(GL_BLEND);
     drawGemInCell(number);
 }
 } // namespace states
 
 namespace sprites {
 Es2Program program;
+glm::mat4 pixels;
 void setUp()
 {
-    program = makeProgram({.textures = 1, .sprite = true});
-    loadMatrix(program.modelViewProjection, pixelMatrix(kSceneSize));
+    program = makeProgram({.textures = 1});
+    pixels = pixelMatrix(kSceneSize);
     useMesh(makeUnitSquare(), COORDS);
     makeTexture(1);
     blend();
 }
 void draw(int number)
 {
+    const glm::mat4 moved = glm::translate(pixels, {spriteX(number), spriteY(number), 0.0f});
     glUniform4fv(program.colour, 1, kMaterialColours[number % kMaterials]);
-    glUniform4f(program.place, spriteX(number), spriteY(number), kSpriteSize, kSpriteSize);
+    loadMatrix(program.modelViewProjection, glm::scale(moved, {kSpriteSize, kSpriteSize, 1.0f}));
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
 }
 } // namespace sprites
@@ -165,7 +174,7 @@ namespace drawtex {
 Es2Program program;
 void setUp()
 {
-    program = makeProgram({.textures = 1, .sprite = true});
+    program = makeProgram({.textures = 1, .rectangle = true});
     loadMatrix(program.modelViewProjection, pixelMatrix(kSceneSize));
     useMesh(makeUnitSquare(), COORDS);
     makeTexture(1);
@@ -173,7 +182,7 @@ void setUp()
 }
 void draw(int number)
 {
-    glUniform4f(program.place, spriteX(number), spriteY(number), kSpriteSize, kSpriteSize);
+    glUniform4f(program.rectangle, spriteX(number), spriteY(number), kSpriteSize, kSpriteSize);
     glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
 }
 } // namespace drawtex
@@ -238,12 +247,9 @@ namespace layers {
 Es2Program program;
 void setUp()
 {
-    program = makeProgram({.textures = 2, .fog = true});
+    program = makeProgram({.textures = 3, .fog = true});
     useMesh(makeSquare(), COORDS);
-    for (const GLenum unit : {GL_TEXTURE0, GL_TEXTURE1}) {
-        glActiveTexture(unit);
-        makeTexture(static_cast<int>(unit - GL_TEXTURE0));
-    }
+    makeTextureUnits();
     blend();
 }
 void draw(int number)
@@ -284,7 +290,7 @@ void draw(int number)
 }
 } // namespace skinning
 
-#define SCENE(name, title, es2, native, budget) {#name, name::setUp, name::draw, nullptr},
+#define SCENE(name, title, budget) {#name, name::setUp, name::draw, nullptr},
 constexpr Scene kScenes[] = {
 #include "es1/scenes.def"
 };

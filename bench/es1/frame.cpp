@@ -4,6 +4,13 @@
 #include "pictures/headless.h"
 #include "pictures/image.h"
 
+#if __has_include(<valgrind/callgrind.h>)
+#include <valgrind/callgrind.h>
+#else // no counting: measure.cpp says so
+#define CALLGRIND_START_INSTRUMENTATION
+#define CALLGRIND_STOP_INSTRUMENTATION
+#endif
+
 #include <GLES2/gl2.h> // only functions that ES 1.1 has too: this file serves both programs
 
 #include <cstdio>
@@ -77,11 +84,26 @@ double seconds(clockid_t clock)
     return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
 }
 
-// The loop whose cost the table shows.
 void drawMany(const Scene &scene, int draws)
 {
     for (int number = 0; number < draws; ++number)
         scene.draw(number);
+}
+
+struct Seconds {
+    double wall, cpu; // cpu: of all threads
+};
+
+// The loop whose cost the table shows. Times include the wait until all is drawn; instructions, counted only while
+// callgrind watches, do not, since it belongs to the driver alone.
+Seconds drawMeasured(const Scene &scene, int draws)
+{
+    const Seconds start = {seconds(CLOCK_MONOTONIC), seconds(CLOCK_PROCESS_CPUTIME_ID)};
+    CALLGRIND_START_INSTRUMENTATION;
+    drawMany(scene, draws);
+    CALLGRIND_STOP_INSTRUMENTATION;
+    glFinish();
+    return {seconds(CLOCK_MONOTONIC) - start.wall, seconds(CLOCK_PROCESS_CPUTIME_ID) - start.cpu};
 }
 
 bool writePicture(const char *file)
@@ -123,11 +145,7 @@ int runScene(const SceneProgram &program, const Options &options)
         drawMany(scene, options.draws);
         glFinish();
     }
-    const double wallStart = seconds(CLOCK_MONOTONIC), cpuStart = seconds(CLOCK_PROCESS_CPUTIME_ID);
-    drawMany(scene, options.draws);
-    glFinish();
-    const double wall = seconds(CLOCK_MONOTONIC) - wallStart, cpu = seconds(CLOCK_PROCESS_CPUTIME_ID) - cpuStart;
-
+    const Seconds taken = drawMeasured(scene, options.draws);
     if (const GLenum error = glGetError(); error != GL_NO_ERROR) {
         std::fprintf(stderr, "%s: scene %s left the GL error 0x%04x\n", program.name, scene.name, error);
         return 1;
@@ -137,7 +155,8 @@ int runScene(const SceneProgram &program, const Options &options)
         return 1;
     }
     std::printf("scene=%s draws=%d", scene.name, options.draws);
-    if (options.time) std::printf(" wall_ns=%.1f cpu_ns=%.1f", 1e9 * wall / options.draws, 1e9 * cpu / options.draws);
+    if (options.time)
+        std::printf(" wall_ns=%.1f cpu_ns=%.1f", 1e9 * taken.wall / options.draws, 1e9 * taken.cpu / options.draws);
     std::printf(" renderer=%s\n", reinterpret_cast<const char *>(glGetString(GL_RENDERER)));
     return 0;
 }

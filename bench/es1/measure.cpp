@@ -10,25 +10,15 @@
 
 namespace {
 
-// Every scene's states are all met in the shorter run, and both are whole numbers of its rounds.
-constexpr int kShortRun = 160, kLongRun = 160 + 4096;
+// A multiple of the rounds of every scene.
+constexpr int kCountedDraws = 4096;
+
+// A setting of Mesa's drivers.
+const std::string kDrawNothing = "GALLIUM_NOOP=true";
 
 std::string quoted(const std::string &path)
 {
     return "'" + path + "'";
-}
-
-Run runCommand(const std::string &command)
-{
-    Run run;
-    std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
-    if (!pipe) return run;
-    char part[4096];
-    while (const size_t size = std::fread(part, 1, sizeof(part), pipe))
-        run.text.append(part, size);
-    const int ended = pclose(pipe);
-    if (WIFEXITED(ended)) run.status = WEXITSTATUS(ended);
-    return run;
 }
 
 // The machine's own libraries are used without a library path; with it, the drop-in pair.
@@ -39,9 +29,9 @@ std::string sceneCommand(const Build &build, Side side, const SceneRow &scene, c
     return "env " + path + " " + before + " " + quoted(program) + " --scene " + scene.name;
 }
 
-Run runOrThrow(const std::string &command)
+Outcome runOrThrow(const std::string &command)
 {
-    const Run run = runCommand(command);
+    const Outcome run = runCommand(command);
     if (run.status != 0) throw std::runtime_error(command + " failed:\n" + run.text);
     return run;
 }
@@ -53,20 +43,20 @@ double numberAfter(const std::string &text, const std::string &key)
     return std::strtod(value.c_str(), nullptr);
 }
 
-double countRun(const Build &build, Side side, const SceneRow &scene, int draws)
-{
-    const std::string counted = "GALLIUM_NOOP=true valgrind --tool=callgrind --callgrind-out-file=/dev/null";
-    const std::string text =
-        runOrThrow(sceneCommand(build, side, scene, counted) + " --draws " + std::to_string(draws)).text;
-    const std::string key = "Collected : ";
-    const size_t found = text.find(key);
-    if (found == std::string::npos) throw std::runtime_error("callgrind gave no count:\n" + text);
-    if (text.find("renderer=llvmpipe") != std::string::npos)
-        throw std::runtime_error("this driver has no form that draws nothing:\n" + text);
-    return std::strtod(text.c_str() + found + key.size(), nullptr);
-}
-
 } // namespace
+
+Outcome runCommand(const std::string &command)
+{
+    Outcome run;
+    std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
+    if (!pipe) return run;
+    char part[4096];
+    while (const size_t size = std::fread(part, 1, sizeof(part), pipe))
+        run.text.append(part, size);
+    const int ended = pclose(pipe);
+    if (WIFEXITED(ended)) run.status = WEXITSTATUS(ended);
+    return run;
+}
 
 std::string valueOf(const std::string &text, const std::string &key)
 {
@@ -77,19 +67,33 @@ std::string valueOf(const std::string &text, const std::string &key)
     return text.substr(begin, text.find_first_of(key == "renderer" ? "\n" : " \n", begin) - begin);
 }
 
-Run drawPicture(const Build &build, Side side, const SceneRow &scene, const std::string &file)
+Outcome drawPicture(const Build &build, Side side, const SceneRow &scene, const std::string &file)
 {
     return runCommand(sceneCommand(build, side, scene) + " --draws 64 --png " + quoted(file));
 }
 
-bool haveCallgrind()
+std::string whyNotCounted(const Build &build)
 {
-    return runCommand("valgrind --version").status == 0;
+#if !__has_include(<valgrind/callgrind.h>)
+    return "built without the header of valgrind";
+#endif
+    if (runCommand("valgrind --version").status != 0) return "no valgrind here";
+    const SceneRow any = {.name = "same", .title = "", .budget = 0};
+    const Outcome run = runCommand(sceneCommand(build, ES2, any, kDrawNothing));
+    return valueOf(run.text, "renderer") == "NOOP" ? "" : "this driver cannot be told to draw nothing";
 }
 
 double countInstructions(const Build &build, Side side, const SceneRow &scene)
 {
-    return (countRun(build, side, scene, kLongRun) - countRun(build, side, scene, kShortRun)) / (kLongRun - kShortRun);
+    // The program itself starts and stops the counting.
+    const std::string counted =
+        kDrawNothing + " valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file=/dev/null";
+    const std::string command = sceneCommand(build, side, scene, counted);
+    const std::string text = runOrThrow(command + " --time --draws " + std::to_string(kCountedDraws)).text;
+    const std::string key = "Collected : ";
+    const size_t found = text.find(key);
+    if (found == std::string::npos) throw std::runtime_error("callgrind gave no count:\n" + text);
+    return std::strtod(text.c_str() + found + key.size(), nullptr) / kCountedDraws;
 }
 
 int drawsForTiming(const Build &build, Side side, const SceneRow &scene)

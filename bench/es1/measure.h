@@ -2,6 +2,8 @@
 // Runs the scenes as processes of their own, by each of the three ways to draw them, and reads what they cost.
 #pragma once
 
+#include "es1/frame.h"
+
 #include <string>
 
 /// The ways to draw a scene. All three rest on the machine's driver.
@@ -12,8 +14,7 @@ constexpr const char *kSideNames[SIDES] = {"native", "es2", "ours"};
 struct SceneRow {
     const char *name;
     const char *title;
-    int es2Reference, nativeReference; // instructions per draw, 0: no figure
-    int budget;                        // instructions per draw, 0: none
+    int budget; // instructions per draw, 0: none
 };
 
 /// Cost of a draw. 0: not measured.
@@ -28,24 +29,30 @@ struct Build {
     std::string programs, libraries;
 };
 
-/// Output of a program, and how it ended.
-struct Run {
+/// What a program printed, and how it ended.
+struct Outcome {
     int status = -1; // exit status, -1: ended by a signal or not started
     std::string text;
 };
 
+/// Runs a shell command; its standard error belongs to the text.
+Outcome runCommand(const std::string &command);
+
+// Pictures of the sides may differ along edges: in a thousandth of the pixels, by more than a step of a 5-bit channel.
+constexpr int kPictureTolerance = 8, kDifferingPixels = kSceneSize * kSceneSize / 1000;
+
 /// Draws the scene once by a side, into a picture file. Its status is kSceneUnavailable where the driver cannot.
-Run drawPicture(const Build &build, Side side, const SceneRow &scene, const std::string &file);
+Outcome drawPicture(const Build &build, Side side, const SceneRow &scene, const std::string &file);
 
 /// Value of KEY=VALUE in the output of a scene program; empty when there is none.
 std::string valueOf(const std::string &text, const std::string &key);
 
-/// Whether instructions can be counted here.
-bool haveCallgrind();
+/// Why instructions cannot be counted here; empty when they can.
+std::string whyNotCounted(const Build &build);
 
-/// Instructions of a draw over the driver that draws nothing: two runs of different length, the difference of their
-/// counts divided by the difference of their draws. So start-up, compiling and the end do not count; the loop of the
-/// program, the libraries and the driver's front end do, in all threads. Throws std::runtime_error when a run fails.
+/// Instructions of a draw over the driver that draws nothing: callgrind's count of the program's loop and of all that
+/// it calls, in every thread, divided by the draws. As many draws before it have compiled every program; they, start-up
+/// and the end are not counted. Throws std::runtime_error when the run fails.
 double countInstructions(const Build &build, Side side, const SceneRow &scene);
 
 /// Draws that take about a tenth of a second by the side. Throws std::runtime_error when the run fails.

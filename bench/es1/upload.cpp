@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "es1/upload.h"
 
+#include <initializer_list>
+
 GLuint makeTexture(int pattern)
 {
     const std::vector<uint8_t> texels = makeTexels(pattern);
@@ -10,6 +12,14 @@ GLuint makeTexture(int pattern)
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, kTextureSize, kTextureSize, 0, GL_RGBA, GL_UNSIGNED_BYTE, texels.data());
     return texture;
+}
+
+void makeTextureUnits()
+{
+    for (const int unit : {1, 0}) {
+        glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
+        makeTexture(unit);
+    }
 }
 
 static GLuint makeBuffer(GLenum target, const void *data, size_t size)

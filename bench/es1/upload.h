@@ -11,6 +11,9 @@
 /// A texture with the texels of a pattern, linear filter, repeated. It stays bound to the active unit.
 GLuint makeTexture(int pattern);
 
+/// A texture of its own pattern in each of units 0 and 1; unit 0 is active afterwards.
+void makeTextureUnits();
+
 /// Buffer objects of a mesh. The vertices' buffer stays bound, and the indices' when there are any.
 struct MeshBuffers {
     GLuint vertices;

@@ -1,0 +1,181 @@
+// SPDX-License-Identifier: MIT
+// The benchmark's scenes: the three ways to draw them give one picture, else their costs could not be compared.
+#include "bench/json_reader.h"
+#include "es1/measure.h"
+#include "pictures/image.h"
+#include "support/working_directory.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+// Given by the build: where es1table and its programs are, and the drop-in pair.
+const Build kBuild = {.programs = PROGRAM_FOLDER, .libraries = PAIR_FOLDER};
+
+#define SCENE(name, title, budget) SceneRow{#name, title, budget},
+const SceneRow kRows[] = {
+#include "es1/scenes.def"
+};
+#undef SCENE
+
+// The three ways as the tests start them: a failed assertion of the library ends the program.
+class BenchScene : public testing::TestWithParam<SceneRow> {
+protected:
+    static void SetUpTestSuite()
+    {
+        setenv("VSP_ASSERT", "abort", 1);
+    }
+
+    // The picture of a side. Empty without one; then the run says why.
+    Image draw(Side side, Outcome &run)
+    {
+        const std::string file = folder.path / kSideNames[side];
+        run = drawPicture(kBuild, side, GetParam(), file);
+        return run.status == 0 ? readPng(file) : Image();
+    }
+
+    void expectLikeOurs(const Image &other)
+    {
+        Outcome run;
+        const Image ours = draw(OURS, run);
+        ASSERT_EQ(ours.width, kSceneSize) << run.text;
+        ASSERT_EQ(other.width, kSceneSize);
+        const Difference difference = compareImages(ours, other, kPictureTolerance);
+        EXPECT_LE(difference.pixels, kDifferingPixels) << "largest difference " << difference.most;
+        EXPECT_TRUE(showsSomething(ours));
+    }
+
+private:
+    // Not only the colour it was cleared to, which shows in one of the corners or nowhere.
+    static bool showsSomething(const Image &image)
+    {
+        for (size_t i = 4; i < image.pixels.size(); ++i)
+            if (image.pixels[i] != image.pixels[i - 4]) return true;
+        return false;
+    }
+
+    TemporaryFolder folder;
+};
+
+std::string program(const std::string &name)
+{
+    return "'" + kBuild.programs + "/" + name + "'";
+}
+
+} // namespace
+
+static void PrintTo(const SceneRow &scene, std::ostream *out)
+{
+    *out << scene.name;
+}
+
+TEST_P(BenchScene, LooksLikeHandWrittenEs2)
+{
+    Outcome run;
+    const Image image = draw(ES2, run);
+    ASSERT_EQ(run.status, 0) << run.text;
+    expectLikeOurs(image);
+}
+
+TEST_P(BenchScene, LooksLikeTheMachinesOwnEs1)
+{
+    Outcome run;
+    const Image image = draw(NATIVE, run);
+    if (run.status == kSceneUnavailable)
+        GTEST_SKIP() << GetParam().name << ": the machine's own ES 1.1 has no " << valueOf(run.text, "unavailable");
+    ASSERT_EQ(run.status, 0) << run.text;
+    expectLikeOurs(image);
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, BenchScene, testing::ValuesIn(kRows),
+                         [](const auto &scene) { return std::string(scene.param.name); });
+
+TEST(ScenePrograms, NameTheSameScenesInTheSameOrder)
+{
+    std::string names;
+    for (const SceneRow &row : kRows)
+        names += std::string(row.name) + "\n";
+    for (const char *name : {"es1bench", "es2bench"})
+        EXPECT_EQ(runCommand(program(name) + " --list").text, names) << name;
+}
+
+TEST(ScenePrograms, RefuseAnUnknownScene)
+{
+    for (const char *name : {"es1bench", "es2bench"}) {
+        const Outcome run = runCommand(program(name) + " --scene nowhere");
+        EXPECT_EQ(run.status, 2) << name;
+        EXPECT_NE(run.text.find("no scene is called 'nowhere'"), std::string::npos) << run.text;
+    }
+}
+
+TEST(ScenePrograms, RefuseOptionsThatMakeNoSense)
+{
+    for (const char *options : {"", "--scene same --draws 0", "--scene same --draws 5x", "--scene", "--fast"})
+        EXPECT_EQ(runCommand(program("es1bench") + " " + options).status, 2) << options;
+}
+
+TEST(SceneTable, RefusesAnUnknownScene)
+{
+    TemporaryFolder folder;
+    const Outcome run = runCommand(program("es1table") + " --out " + folder.path.string() + " --scene nowhere");
+    EXPECT_EQ(run.status, 2);
+    EXPECT_NE(run.text.find("nowhere"), std::string::npos) << run.text;
+}
+
+TEST(SceneTable, WritesItsTimesAsJson)
+{
+    TemporaryFolder folder;
+    const std::string options = " --scene same --scene skinning --rounds 1 --no-instructions --out ";
+    const Outcome run = runCommand(program("es1table") + options + folder.path.string());
+    ASSERT_EQ(run.status, 0) << run.text;
+
+    JsonValues values;
+    const std::string text = readFile(folder.path / "es1bench.json");
+    ASSERT_TRUE(readJson(text, values)) << text;
+    EXPECT_EQ(values["scenes[0].name"], "same");
+    EXPECT_EQ(values["scenes[1].name"], "skinning");
+    EXPECT_EQ(values.count("scenes[2].name"), 0u);
+    EXPECT_EQ(values["scenes[0].budget"], "800");
+    EXPECT_EQ(values["scenes[0].reached"], "null") << "without instructions nobody knows";
+    for (const std::string side : {"native", "es2", "ours"}) {
+        EXPECT_GT(std::stod(values["scenes[0]." + side + ".wall_ns"]), 0.0) << side;
+        EXPECT_GT(std::stod(values["scenes[0]." + side + ".cpu_ns"]), 0.0) << side;
+        EXPECT_EQ(values["scenes[0]." + side + ".instructions"], "null") << side;
+    }
+    EXPECT_EQ(values["scenes[0].pictures_agree"], "true");
+}
+
+// A copy of the table's program takes the programs beside it: here a hand-written ES 2 that draws another scene.
+TEST(SceneTable, FailsWhenThePicturesDiffer)
+{
+    TemporaryFolder folder;
+    const std::filesystem::path programs = folder.path / "bin";
+    std::filesystem::create_directory(programs);
+    std::filesystem::copy(kBuild.programs + "/es1table", programs);
+    std::filesystem::create_symlink(kBuild.libraries, folder.path / "lib");
+    std::filesystem::create_symlink(kBuild.programs + "/es1bench", programs / "es1bench");
+    writeFile(programs / "es2bench", "#!/bin/sh\nshift 2\nexec " + program("es2bench") + " --scene lights \"$@\"\n");
+    std::filesystem::permissions(programs / "es2bench", std::filesystem::perms::owner_all);
+
+    const Outcome run = runCommand((programs / "es1table").string() +
+                                   " --scene same --rounds 0 --no-instructions --out " + folder.path.string());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_NE(run.text.find("same by es2 and by ours differ"), std::string::npos) << run.text;
+    EXPECT_NE(readFile(folder.path / "es1bench.json").find("\"pictures_agree\": false"), std::string::npos);
+}
+
+TEST(JsonReader, TellsJsonFromOtherTexts)
+{
+    JsonValues values;
+    EXPECT_TRUE(readJson("{\"a\": [1, {\"b\": \"x\\\"y\"}], \"c\": null}\n", values));
+    EXPECT_EQ(values["a[0]"], "1");
+    EXPECT_EQ(values["a[1].b"], "x\"y");
+    for (const char *text : {"", "{", "{\"a\": }", "{\"a\": 1,}", "[1 2]", "{\"a\": -}", "{} x", "[1], ", "nan"})
+        EXPECT_FALSE(readJson(text, values)) << text;
+}
