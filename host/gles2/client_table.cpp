@@ -7,6 +7,7 @@
 #include "explain.h"
 #include "machine_context.h"
 #include "programs.h"
+#include "waiting_loads.h"
 
 #include "client_api_table.h"
 
@@ -36,6 +37,8 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     context->display = display;
     context->config = config;
     context->group = share ? share->group : new ShareGroup{};
+    // From now on another context may look at the group's programs.
+    if (currentContext && currentContext->group == context->group) loadWaiting(currentContext);
     const std::lock_guard<std::mutex> guard(context->group->lock);
     ++context->group->contexts;
     context->buffers.deletedSeen = context->group->buffersDeleted;
@@ -90,6 +93,7 @@ static int releaseCurrent()
 {
     Context *context = currentContext;
     if (!context) return 1;
+    loadWaiting(context);
     const EGLenum api = bindOpenGlEs();
     const EGLBoolean released =
         machineEgl.eglMakeCurrent(context->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
@@ -105,6 +109,7 @@ static int setBuffers(void *given, void *drawSurface, void *readSurface)
 {
     Context *context = static_cast<Context *>(given);
     if (!context) return releaseCurrent();
+    if (currentContext) loadWaiting(currentContext);
     if (!machineEgl.eglMakeCurrent(context->display, drawSurface, readSurface, context->handle)) return 0;
 
     Context *before = currentContext;

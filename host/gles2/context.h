@@ -44,6 +44,12 @@ struct CapabilityState {
     GLenum logicOp;
 };
 
+/// Why draws need more than a jump into the driver.
+enum SpecialDraws : uint8_t {
+    DRAWS_EXPANDED = 1, // the driver cannot do some of them by itself, see updateSpecialDraws
+    DRAWS_LOADED = 2,   // uniform loads wait for the next one
+};
+
 struct Context {
     EGLContext handle;
     EGLDisplay display;
@@ -64,7 +70,7 @@ struct Context {
     LinkedProgram *program;          // what the driver runs for it
     const UniformSlot *uniformSlots; // the program's, at hand for the loads; by location
     uint32_t uniformCount;           // 0 without a program
-    bool specialDraws;               // draws need more than a jump into the driver, see updateSpecialDraws
+    uint8_t specialDraws;            // SpecialDraws bits; 0: a draw is a jump into the driver
     GLfloat lineWidth;               // pixels
     GLint viewport[4];               // pixels
 };
@@ -78,7 +84,7 @@ void raiseError(GLenum error);
 /// Writes a line to standard error, but no text twice in a process.
 void tellOnce(const char *text);
 
-/// Brings specialDraws up to date with the program in use, the line width and the logic operation.
+/// Brings DRAWS_EXPANDED up to date with the program in use, the line width and the logic operation.
 void updateSpecialDraws(Context *context);
 
 /// Gives the context the state of a new one, for as far as the wrappers remember it. The attribute and buffer state

@@ -3,6 +3,7 @@
 #include "capabilities.h"
 #include "expanded_draws.h"
 #include "primitive_vertices.h"
+#include "waiting_loads.h"
 
 #include <algorithm>
 #include <cmath>
@@ -28,8 +29,9 @@ void updateSpecialDraws(Context *context)
     const LinkedProgram *program = context->program;
     const bool wide = wholePixels(context->lineWidth) > context->group->abilities.widestLine;
     const bool logicOp = findLogicOp(context) != LogicOp::Off;
-    context->specialDraws =
+    const bool expanded =
         program && (logicOp || wide || program->expandsLines || program->flatLost || program->lineCoordLost);
+    context->specialDraws = (context->specialDraws & ~DRAWS_EXPANDED) | (expanded ? DRAWS_EXPANDED : 0);
 }
 
 void GL_APIENTRY glLineWidth(GLfloat width)
@@ -142,6 +144,8 @@ static void drawExpanded(Context *context, const DrawCall &call, bool logicOp)
 [[gnu::noinline]] static void drawSpecially(const DrawCall &call)
 {
     Context *context = currentContext;
+    loadWaiting(context);
+    if (!context->specialDraws) return drawInDriver(call);
     const LogicOp logicOp = findLogicOp(context);
     // A logic operation takes the place of blending.
     const bool blends = logicOp != LogicOp::Off && context->capabilities.driver & DRIVER_BLEND;

@@ -92,6 +92,24 @@ DriverAbilities plainAbilities(const DriverAbilities &abilities)
     return plain;
 }
 
+static std::vector<AttributeLocation> activeAttributes(GLuint driverProgram)
+{
+    GLint count = 0;
+    GLint longest = 0;
+    driver.glGetProgramiv(driverProgram, GL_ACTIVE_ATTRIBUTES, &count);
+    driver.glGetProgramiv(driverProgram, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH, &longest);
+    std::vector<AttributeLocation> attributes(static_cast<size_t>(count));
+    for (GLuint i = 0; AttributeLocation & attribute : attributes) {
+        std::string name(static_cast<size_t>(longest) + 1, '\0');
+        GLint elements = 0;
+        GLenum type = 0;
+        driver.glGetActiveAttrib(driverProgram, i++, longest + 1, nullptr, &elements, &type, name.data());
+        attribute.name = name.c_str();
+        attribute.location = driver.glGetAttribLocation(driverProgram, name.c_str());
+    }
+    return attributes;
+}
+
 static void buildLinked(LinkedProgram *linked, const ProgramObject *program, const DriverAbilities &abilities)
 {
     TranslatedProgram texts =
@@ -123,6 +141,7 @@ static void buildLinked(LinkedProgram *linked, const ProgramObject *program, con
     if (!linked->driverProgram) return;
 
     readUniforms(linked);
+    linked->attributes = activeAttributes(linked->driverProgram);
     linked->flatLost = texts.flatLost;
     linked->lineCoordLost = texts.lineCoordLost;
     linked->expandsLines = !texts.geometry.empty();

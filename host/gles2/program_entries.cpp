@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Program objects: attachments, linking, use, and queries.
 #include "programs.h"
+#include "waiting_loads.h"
 
 #include <cstring>
+#include <string_view>
 
 using Guard = std::lock_guard<std::mutex>;
 
@@ -14,14 +16,14 @@ ProgramObject *findProgram(const Context *context, GLuint name)
     return nullptr;
 }
 
-// The driver's program behind a name, for queries of a linked program; 0 with an error when there is none.
-static GLuint findDriverProgram(const Context *context, GLuint name)
+// The linked program behind a name, for queries; null with an error when there is none.
+static const LinkedProgram *findLinked(const Context *context, GLuint name)
 {
     const ProgramObject *program = findProgram(context, name);
-    if (!program) return 0;
-    if (program->linkOk) return program->linked->driverProgram;
+    if (!program) return nullptr;
+    if (program->linkOk) return program->linked;
     raiseError(GL_INVALID_OPERATION);
-    return 0;
+    return nullptr;
 }
 
 static void freeProgram(ShareGroup *group, ProgramObject *program)
@@ -112,6 +114,7 @@ static void setLinkedProgram(Context *context, LinkedProgram *linked)
 // The group's lock must be held.
 static void enterProgram(Context *context, ProgramObject *program)
 {
+    loadWaiting(context);
     ProgramObject *before = context->programObject;
     LinkedProgram *linkedBefore = context->program;
     context->programObject = program;
@@ -131,6 +134,7 @@ void leaveProgram(Context *context)
     ProgramObject *before = context->programObject;
     if (!before) return;
     const Guard guard(context->group->lock);
+    forgetWaiting(context);
     releaseLinked(context->group, context->program);
     context->programObject = nullptr;
     setLinkedProgram(context, nullptr);
@@ -242,8 +246,8 @@ void GL_APIENTRY glGetActiveAttrib(GLuint name, GLuint index, GLsizei size, GLsi
     Context *context = currentContext;
     if (!context) return;
     const Guard guard(context->group->lock);
-    const GLuint program = findDriverProgram(context, name);
-    if (program) driver.glGetActiveAttrib(program, index, size, length, elements, type, out);
+    const LinkedProgram *linked = findLinked(context, name);
+    if (linked) driver.glGetActiveAttrib(linked->driverProgram, index, size, length, elements, type, out);
 }
 
 void GL_APIENTRY glGetActiveUniform(GLuint name, GLuint index, GLsizei size, GLsizei *length, GLint *elements,
@@ -252,17 +256,29 @@ void GL_APIENTRY glGetActiveUniform(GLuint name, GLuint index, GLsizei size, GLs
     Context *context = currentContext;
     if (!context) return;
     const Guard guard(context->group->lock);
-    const GLuint program = findDriverProgram(context, name);
-    if (program) driver.glGetActiveUniform(program, index, size, length, elements, type, out);
+    const LinkedProgram *linked = findLinked(context, name);
+    if (linked) driver.glGetActiveUniform(linked->driverProgram, index, size, length, elements, type, out);
+}
+
+// -1 for one that is not active, as the driver answers.
+static GLint attributeLocation(const LinkedProgram *linked, std::string_view name)
+{
+    for (const AttributeLocation &attribute : linked->attributes)
+        if (attribute.name == name) return attribute.location;
+    return -1;
 }
 
 GLint GL_APIENTRY glGetAttribLocation(GLuint name, const GLchar *attribute)
 {
     Context *context = currentContext;
     if (!context) return -1;
+    // The library asks for those of the program in use at every draw-texture.
+    const ProgramObject *present = context->programObject;
+    if (present && present->name == name && present->linked == context->program && present->linkOk)
+        return attributeLocation(context->program, attribute);
     const Guard guard(context->group->lock);
-    const GLuint program = findDriverProgram(context, name);
-    return program ? driver.glGetAttribLocation(program, attribute) : -1;
+    const LinkedProgram *linked = findLinked(context, name);
+    return linked ? attributeLocation(linked, attribute) : -1;
 }
 
 GLint GL_APIENTRY glGetUniformLocation(GLuint name, const GLchar *uniform)
@@ -270,8 +286,8 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint name, const GLchar *uniform)
     Context *context = currentContext;
     if (!context) return -1;
     const Guard guard(context->group->lock);
-    const GLuint program = findDriverProgram(context, name);
-    return program ? driver.glGetUniformLocation(program, uniform) : -1;
+    const LinkedProgram *linked = findLinked(context, name);
+    return linked ? driver.glGetUniformLocation(linked->driverProgram, uniform) : -1;
 }
 
 void GL_APIENTRY glGetUniformfv(GLuint name, GLint location, GLfloat *params)
@@ -279,8 +295,9 @@ void GL_APIENTRY glGetUniformfv(GLuint name, GLint location, GLfloat *params)
     Context *context = currentContext;
     if (!context) return;
     const Guard guard(context->group->lock);
-    const GLuint program = findDriverProgram(context, name);
-    if (program) driver.glGetUniformfv(program, location, params);
+    const LinkedProgram *linked = findLinked(context, name);
+    loadWaiting(context);
+    if (linked) driver.glGetUniformfv(linked->driverProgram, location, params);
 }
 
 void GL_APIENTRY glGetUniformiv(GLuint name, GLint location, GLint *params)
@@ -288,6 +305,7 @@ void GL_APIENTRY glGetUniformiv(GLuint name, GLint location, GLint *params)
     Context *context = currentContext;
     if (!context) return;
     const Guard guard(context->group->lock);
-    const GLuint program = findDriverProgram(context, name);
-    if (program) driver.glGetUniformiv(program, location, params);
+    const LinkedProgram *linked = findLinked(context, name);
+    loadWaiting(context);
+    if (linked) driver.glGetUniformiv(linked->driverProgram, location, params);
 }

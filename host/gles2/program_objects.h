@@ -72,6 +72,24 @@ struct LineUniforms {
     GLfloat loadedLineWidth;       // pixels
 };
 
+/// Consecutive elements of one array.
+struct ElementRun {
+    GLint location;
+    GLsizei count;
+};
+
+/// Elements whose new values the driver does not have yet, see waiting_loads.h.
+struct WaitingLoads {
+    static constexpr int kMaxRuns = 4;
+    ElementRun runs[kMaxRuns];
+    int count;
+};
+
+struct AttributeLocation {
+    std::string name;
+    GLint location;
+};
+
 struct ExpandedProgram;
 struct ExplainedProgram;
 inline constexpr int kExpandedPrograms = 2 * kExpansions; // by Expansion, without and with a logic operation
@@ -85,9 +103,11 @@ struct LinkedProgram {
     UniformSlot *slots;                // those of `uniforms` and their number, at hand without arithmetic
     size_t slotCount;
     std::vector<uint32_t> values;
-    bool keepable;     // every uniform is remembered, so that all can be put back to zero
-    bool expandsLines; // has the geometry shader that makes rectangles of lines
-    bool flatLost;     // see TranslatedProgram
+    WaitingLoads waiting;
+    std::vector<AttributeLocation> attributes; // the active ones
+    bool keepable;                             // every uniform is remembered, so that all can be put back to zero
+    bool expandsLines;                         // has the geometry shader that makes rectangles of lines
+    bool flatLost;                             // see TranslatedProgram
     bool lineCoordLost;
     LineUniforms lines;                           // with expandsLines
     ExpandedProgram *expanded[kExpandedPrograms]; // null until a draw needs one, see findExpanded
@@ -116,7 +136,7 @@ struct ProgramKeeper {
 /// Contexts that share objects. Names are looked up under the lock; a linked program in use is read without it.
 struct ShareGroup {
     std::mutex lock;
-    int contexts;
+    std::atomic<int> contexts;
     EGLContext side; // for work aside, see machine_context.h; none until it is needed
     GLuint lastName; // shaders and programs have one name space
     std::unordered_map<GLuint, ShaderObject *> shaders;

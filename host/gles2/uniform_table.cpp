@@ -159,4 +159,5 @@ void zeroUniforms(LinkedProgram *linked)
         linked->uniforms[location].heldKind = linked->uniforms[location].kind;
     }
     std::fill(linked->values.begin(), linked->values.end(), 0u);
+    linked->waiting.count = 0;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Uniform loads. The library above loads all its uniforms at every draw; the driver is called only for values it does
 // not have.
-#include "context.h"
+#include "waiting_loads.h"
 
 #include <algorithm>
 #include <cstring>
@@ -141,6 +141,8 @@ template <auto function, UniformKind kind, size_t words, typename Value>
             if (isEqual<words>(slot->held, values)) return;
             if (kind != UniformKind::Int1) { // those may be samplers
                 memcpy(slot->held, values, words * sizeof(uint32_t));
+                const bool colourOrVector = kind == UniformKind::Float3 || kind == UniformKind::Float4;
+                if (colourOrVector && slot->isArray) return loadWithNextDraw(location);
                 return (driver.*function)(location, count, values);
             }
         } else if (isHeldArray<words>(slot, count, values)) {

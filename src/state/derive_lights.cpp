@@ -27,9 +27,9 @@ void setBit(uint32_t &mask, uint32_t bit, bool value)
     mask = value ? mask | bit : mask & ~bit;
 }
 
-bool isNowherePositive(const GLfloat color[4])
+bool isNowherePositive(Color color)
 {
-    const auto positive = colorAt(color) > 0.0f; // all bits of a component that is
+    const auto positive = color > 0.0f; // all bits of a component that is
     uint64_t halves[2];
     std::memcpy(halves, &positive, sizeof(halves));
     return (halves[0] | halves[1]) == 0;
@@ -52,21 +52,47 @@ void deriveKind(LightingState &lighting, uint32_t index)
     setBit(lighting.spotMask, bit, light.kind == LIGHT_SPOT);
 }
 
-void deriveColors(LightingState &lighting, uint32_t index, bool colorMaterial)
+struct LightProducts {
+    Color ambient, diffuse, specular;
+};
+
+LightProducts lightProducts(const Light &light, const Material &material, bool colorMaterial)
 {
-    const uint32_t bit = 1u << index;
-    const Light &light = lighting.lights[index];
-    if (!light.enabled) {
-        // Counts as black. Nothing reads its products, and enabling it marks them.
-        lighting.zeroAmbientMask |= bit;
-        lighting.zeroDiffuseMask |= bit;
-        lighting.zeroSpecularMask |= bit;
-        return;
+    LightProducts products = {colorAt(light.ambient), colorAt(light.diffuse),
+                              colorAt(light.specular) * colorAt(material.specular)};
+    if (colorMaterial) return products; // the shader multiplies these two by the vertex colour
+    products.ambient *= colorAt(material.ambient);
+    products.diffuse *= colorAt(material.diffuse);
+    return products;
+}
+
+void storeProducts(Light &light, const LightProducts &products)
+{
+    storeColor(light.ambientProduct, products.ambient);
+    storeColor(light.diffuseProduct, products.diffuse);
+    storeColor(light.specularProduct, products.specular);
+}
+
+// The products of the marked lights, and which of them are nowhere above 0. A disabled light counts as black; nothing
+// reads its products, and enabling it marks them.
+void deriveColors(LightingState &lighting, uint32_t marked, bool colorMaterial)
+{
+    const uint32_t enabled = lighting.directionalMask | lighting.pointMask | lighting.spotMask;
+    const uint32_t disabled = marked & ~enabled;
+    uint32_t blackAmbient = disabled;
+    uint32_t blackDiffuse = disabled;
+    uint32_t blackSpecular = disabled;
+    for (uint32_t left = marked & enabled; left; left &= left - 1) {
+        const auto i = static_cast<uint32_t>(std::countr_zero(left));
+        const LightProducts products = lightProducts(lighting.lights[i], lighting.material, colorMaterial);
+        storeProducts(lighting.lights[i], products);
+        blackAmbient |= static_cast<uint32_t>(isNowherePositive(products.ambient)) << i;
+        blackDiffuse |= static_cast<uint32_t>(isNowherePositive(products.diffuse)) << i;
+        blackSpecular |= static_cast<uint32_t>(isNowherePositive(products.specular)) << i;
     }
-    deriveLightProducts(lighting, index, colorMaterial);
-    setBit(lighting.zeroAmbientMask, bit, isNowherePositive(light.ambientProduct));
-    setBit(lighting.zeroDiffuseMask, bit, isNowherePositive(light.diffuseProduct));
-    setBit(lighting.zeroSpecularMask, bit, isNowherePositive(light.specularProduct));
+    lighting.zeroAmbientMask = (lighting.zeroAmbientMask & ~marked) | blackAmbient;
+    lighting.zeroDiffuseMask = (lighting.zeroDiffuseMask & ~marked) | blackDiffuse;
+    lighting.zeroSpecularMask = (lighting.zeroSpecularMask & ~marked) | blackSpecular;
 }
 
 // OpenGL ES 1.1, 2.12.1: emission plus global ambient, with the diffuse alpha. Under colour material the shader adds
@@ -97,16 +123,7 @@ void noteLightEnable(GLIContext *ctx, uint32_t light)
 void deriveLightProducts(LightingState &lighting, uint32_t index, bool colorMaterial)
 {
     Light &light = lighting.lights[index];
-    const Material &material = lighting.material;
-    if (colorMaterial) {
-        // The shader multiplies these two by the vertex colour.
-        storeColor(light.ambientProduct, colorAt(light.ambient));
-        storeColor(light.diffuseProduct, colorAt(light.diffuse));
-    } else {
-        storeColor(light.ambientProduct, colorAt(light.ambient) * colorAt(material.ambient));
-        storeColor(light.diffuseProduct, colorAt(light.diffuse) * colorAt(material.diffuse));
-    }
-    storeColor(light.specularProduct, colorAt(light.specular) * colorAt(material.specular));
+    storeProducts(light, lightProducts(light, lighting.material, colorMaterial));
 }
 
 void markLightColors(LightingState &lighting, uint32_t lightMask)
@@ -131,14 +148,12 @@ void deriveLights(GLIContext *ctx)
         lighting.sceneColorDirty = 0;
     }
 
-    const uint32_t colorDirty = lighting.colorDirty[0] | lighting.colorDirty[1];
-    if ((lighting.geometryDirty | colorDirty) == 0) return;
-    for (uint32_t marked = lighting.geometryDirty | colorDirty; marked; marked &= marked - 1) {
-        const auto i = static_cast<uint32_t>(std::countr_zero(marked));
-        if (lighting.geometryDirty & (1u << i)) deriveKind(lighting, i);
-        if (colorDirty & (1u << i)) deriveColors(lighting, i, colorMaterial);
-    }
+    for (uint32_t marked = lighting.geometryDirty; marked; marked &= marked - 1)
+        deriveKind(lighting, static_cast<uint32_t>(std::countr_zero(marked)));
     lighting.geometryDirty = 0;
+    const uint32_t colorDirty = lighting.colorDirty[0] | lighting.colorDirty[1];
+    if (colorDirty == 0) return;
+    deriveColors(lighting, colorDirty, colorMaterial);
     lighting.colorDirty[0] = 0;
     lighting.colorDirty[1] = 0;
 }

@@ -177,13 +177,16 @@ TEST_F(DeriveLights, NaNProductsAreNotPositive)
 TEST_F(DeriveLights, OnlyMarkedLightsAreWorkedAndTheMarksAreCleared)
 {
     ctx->lighting.lights[3].enabled = 1;
+    ctx->lighting.geometryDirty = 1u << 3;
+    derive();
+    EXPECT_EQ(ctx->lighting.directionalMask, 0x08u);
     ctx->lighting.lights[4].enabled = 1;
     ctx->lighting.geometryDirty = 1u << 4;
     ctx->lighting.colorDirty[0] = ctx->lighting.colorDirty[1] = 1u << 3;
     ctx->lighting.sceneColorDirty = 1;
     ctx->lighting.change = LIGHTING_TWO_SIDE;
     derive();
-    EXPECT_EQ(ctx->lighting.directionalMask, 0x10u);
+    EXPECT_EQ(ctx->lighting.directionalMask, 0x18u);
     EXPECT_EQ(ctx->lighting.zeroAmbientMask, 0xF7u);
     EXPECT_EQ(ctx->lighting.geometryDirty, 0u);
     EXPECT_EQ(ctx->lighting.colorDirty[0], 0u);
