@@ -1,0 +1,30 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+# Compares what a program prints over the drop-in pair with what it prints over this machine's own libraries.
+#   check_text.sh FOLDER BUILD SET_UP PROGRAM [WITHOUT]
+# WITHOUT: the lines that match this regular expression name the library, and have to differ.
+set -euo pipefail
+here=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")" && pwd)
+folder=$1 build=$2 set_up=$3 name=$4 without=${5-}
+libraries=$build/lib
+. "$here/common.sh"
+need "$set_up"
+need_display "$@"
+
+program=$(find_program "$name")
+texts=$build/pictures/programs
+mkdir -p "$texts"
+status=0 native_status=0
+natively "$program" >"$texts/$name.native.txt" 2>&1 || native_status=$?
+over_the_pair "$program" >"$texts/$name.txt" 2>&1 || status=$?
+[ $status -eq $native_status ] || { echo "status $status, natively $native_status"; cat "$texts/$name.txt"; exit 1; }
+
+compared() { if [ -n "$without" ]; then grep -vE -- "$without" "$1"; else cat "$1"; fi; }
+diff -U 2 --label native --label "over the pair" <(compared "$texts/$name.native.txt") <(compared "$texts/$name.txt")
+if [ -n "$without" ] && diff -q <(grep -E -- "$without" "$texts/$name.native.txt") \
+    <(grep -E -- "$without" "$texts/$name.txt") >/dev/null; then
+    echo "the library was not in use"
+    exit 1
+fi
+[ "$(compared "$texts/$name.txt" | wc -l)" -gt 0 ] || { echo "nothing was printed"; exit 1; }
+echo "$(compared "$texts/$name.txt" | wc -l) lines are equal"
