@@ -36,10 +36,12 @@ static GLuint makeFramebuffer(GLenum target, GLuint texture, GLint level)
     return 0;
 }
 
-static bool noErrorPending()
+// True when no error is pending; takes those that are.
+static bool ranWithoutErrors()
 {
+    constexpr int most = 8; // a lost context has errors without end
     bool none = true;
-    while (driver.glGetError() != GL_NO_ERROR)
+    for (int taken = 0; taken < most && driver.glGetError() != GL_NO_ERROR; ++taken)
         none = false;
     return none;
 }
@@ -49,14 +51,14 @@ static bool readPixels(GLint x, GLint y, GLsizei width, GLsizei height, uint8_t 
 {
     driver.glPixelStorei(GL_PACK_ALIGNMENT, 4);
     driver.glReadPixels(x, y, width, height, GL_RGBA, GL_UNSIGNED_BYTE, rgba);
-    return noErrorPending();
+    return ranWithoutErrors();
 }
 
 static bool readDirectly(const Region &region, uint8_t *rgba)
 {
     const GLuint framebuffer = makeFramebuffer(region.target, region.texture, region.level);
     if (!framebuffer) {
-        noErrorPending(); // such as of a level above 0 where the driver renders to 0 only
+        ranWithoutErrors(); // such as of a level above 0 where the driver renders to 0 only
         return false;
     }
     const bool read = readPixels(region.x, region.y, region.width, region.height, rgba);
@@ -205,7 +207,7 @@ static bool readByDrawing(const Region &region, bool levels, uint8_t *rgba)
         driver.glDeleteFramebuffers(1, &framebuffer);
     }
     driver.glDeleteTextures(1, &copy);
-    return noErrorPending() && read;
+    return ranWithoutErrors() && read;
 }
 
 // RGBA bytes of the region, rows packed; empty when the driver gives no way to them.
