@@ -255,13 +255,16 @@ template <auto function, UniformKind kind, size_t words>
 [[gnu::always_inline]] static inline void loadMatrix(GLint location, GLsizei count, GLboolean transpose,
                                                      const GLfloat *values)
 {
-    const UniformSlot *slot = location == -1 || transpose || count != 1 ? nullptr : heldSlot(location, kind);
-    if (slot) [[likely]] {
-        if (isEqual<words>(slot->held, values)) return;
-        memcpy(slot->held, values, words * sizeof(uint32_t));
-        return (driver.*function)(location, count, transpose, values);
+    if (!transpose) [[likely]] {
+        if (location == -1) return;
+        const UniformSlot *slot = count == 1 ? heldSlot(location, kind) : nullptr;
+        if (slot) [[likely]] {
+            if (isEqual<words>(slot->held, values)) return;
+            memcpy(slot->held, values, words * sizeof(uint32_t));
+            return (driver.*function)(location, count, transpose, values);
+        }
     }
-    if (location != -1 || transpose) loadUnusualMatrix<function, kind, words>(location, count, transpose, values);
+    loadUnusualMatrix<function, kind, words>(location, count, transpose, values);
 }
 
 void GL_APIENTRY glUniformMatrix2fv(GLint location, GLsizei count, GLboolean transpose, const GLfloat *values)
