@@ -13,6 +13,9 @@ struct Vertex {
     uint8_t colour[4];
 };
 
+/// Arrays of a mesh that a scene uses beside its positions.
+enum Parts : unsigned { NORMALS = 1, COORDS = 2, COLOURS = 4 };
+
 struct Mesh {
     std::vector<Vertex> vertices;
     std::vector<uint16_t> indices; // triangles; empty: the vertices in their order

@@ -157,15 +157,20 @@ int measureAll(const Options &options)
 
     std::vector<SceneResult> results;
     std::string renderer;
-    printTableHead();
+    printCountHead();
     for (const SceneRow &row : kRows) {
         const std::vector<std::string> &wanted = options.scenes;
         if (!wanted.empty() && std::find(wanted.begin(), wanted.end(), row.name) == wanted.end()) continue;
         SceneResult &result = results.emplace_back(SceneResult{.scene = row});
         renderer = comparePictures(build, pictures, result);
         if (notCounted.empty()) countAll(build, result);
-        if (options.rounds) timeAll(build, options.rounds, result);
-        printTableRow(result);
+        printCountRow(result);
+    }
+    if (options.rounds) printTimeHead(options.rounds);
+    for (SceneResult &result : results) {
+        if (!options.rounds) break;
+        timeAll(build, options.rounds, result);
+        printTimeRow(result);
     }
     const std::string file = options.out + "/es1bench.json";
     if (!writeJson(file, describeMachine(renderer), results)) {

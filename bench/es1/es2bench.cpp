@@ -14,9 +14,6 @@
 
 namespace {
 
-// Arrays of a mesh beside its positions.
-enum Parts : unsigned { NORMALS = 1, COORDS = 2, COLOURS = 4 };
-
 // base: the first vertex in memory, or null for the bound buffer.
 void describeArrays(unsigned parts, const Vertex *base)
 {

@@ -11,7 +11,7 @@
 namespace {
 
 // A multiple of the rounds of every scene.
-constexpr int kCountedDraws = 4096;
+constexpr int kCountedDraws = 8192;
 
 // A setting of Mesa's drivers.
 const std::string kDrawNothing = "GALLIUM_NOOP=true";

@@ -2,6 +2,7 @@
 #include "es1/report.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <ctime>
 #include <fstream>
 #include <thread>
@@ -21,6 +22,8 @@ std::string ratioText(double a, double b)
 {
     return numberText(b > 0.0 ? a / b : 0.0, 2);
 }
+
+constexpr char kCostHead[] = "  native      es2     ours /native  /es2";
 
 // The cells of three sides and of the ratios of ours to the two others.
 std::string costCells(const double (&values)[SIDES], int decimals)
@@ -98,32 +101,49 @@ Machine describeMachine(const std::string &renderer)
     return machine;
 }
 
-void printTableHead()
+void printCountHead()
 {
-    std::printf("%-50s | %-40s %7s %7s | %s\n", "", "instructions per draw", "", "", "microseconds per draw");
-    const char *const kCells = "  native      es2     ours /native  /es2";
-    std::printf("%-50s | %s %7s %7s | %s\n", "scene", kCells, "budget", "reached", kCells);
+    std::printf("instructions per draw, over the driver that draws nothing\n%-50s %s  budget reached\n", "scene",
+                kCostHead);
 }
 
-void printTableRow(const SceneResult &result)
+void printCountRow(const SceneResult &result)
 {
     const SceneRow &scene = result.scene;
-    double instructions[SIDES], microseconds[SIDES];
-    for (const Side side : {NATIVE, ES2, OURS}) {
+    double instructions[SIDES];
+    for (const Side side : {NATIVE, ES2, OURS})
         instructions[side] = result.costs[side].instructions;
-        microseconds[side] = result.costs[side].wallNs / 1000.0;
-    }
     const std::optional<bool> reached = reachedBudget(result);
-    std::printf("%-9s%-41s | %s %7s %7s | %s\n", scene.name, scene.title, costCells(instructions, 0).c_str(),
+    std::printf("%-9s%-41s %s %7s %7s\n", scene.name, scene.title, costCells(instructions, 0).c_str(),
                 scene.budget ? std::to_string(scene.budget).c_str() : "-",
                 !reached   ? "-"
                 : *reached ? "yes"
-                           : "NO",
-                costCells(microseconds, 2).c_str());
+                           : "NO");
     for (const Side side : {NATIVE, ES2})
         if (!result.unavailable[side].empty())
             std::printf("%-9s%s: not drawn, this driver has no %s\n", "", kSideNames[side],
                         result.unavailable[side].c_str());
+    std::fflush(stdout);
+}
+
+void printTimeHead(int rounds)
+{
+    std::printf("\nmicroseconds per draw, over the real driver, medians of %d runs in turn\n", rounds);
+    std::printf("%-9s %-40s | %s\n", "", " wall", " processor, all threads");
+    std::printf("%-9s %s | %s\n", "scene", kCostHead, kCostHead);
+    double load[1] = {};
+    if (getloadavg(load, 1) == 1 && load[0] > 0.75 * std::thread::hardware_concurrency())
+        std::printf("(other programs are running, load %.1f: wall times say little)\n", load[0]);
+}
+
+void printTimeRow(const SceneResult &result)
+{
+    double wall[SIDES], cpu[SIDES];
+    for (const Side side : {NATIVE, ES2, OURS}) {
+        wall[side] = result.costs[side].wallNs / 1000.0;
+        cpu[side] = result.costs[side].cpuNs / 1000.0;
+    }
+    std::printf("%-9s %s | %s\n", result.scene.name, costCells(wall, 2).c_str(), costCells(cpu, 2).c_str());
     std::fflush(stdout);
 }
 

@@ -27,8 +27,11 @@ struct Machine {
 };
 Machine describeMachine(const std::string &renderer);
 
-void printTableHead();
-void printTableRow(const SceneResult &result);
+/// The table of instructions and pictures, row by row, and that of times.
+void printCountHead();
+void printCountRow(const SceneResult &result);
+void printTimeHead(int rounds);
+void printTimeRow(const SceneResult &result);
 
 /// Returns false when the file cannot be written.
 bool writeJson(const std::string &path, const Machine &machine, const std::vector<SceneResult> &results);
