@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "doubled_vertex.h"
 
+#include "attribute_use.h"
+
 #include <algorithm>
 
 bool canDouble(const ShaderScan &scan)
@@ -10,26 +12,63 @@ bool canDouble(const ShaderScan &scan)
     return hasMain && scan.attributesAreSimple && scan.varyingsAreSimple && !scan.attributes.empty();
 }
 
-std::string secondDeclarations(const std::vector<Attribute> &attributes)
+static Doubling planSets(const ShaderScan &scan, const std::set<std::string_view> &flatNames, bool ownFlat)
+{
+    std::set<std::string_view> ownResults = {"gl_Position", "gl_PointSize"};
+    for (const Varying &varying : scan.varyings)
+        if (ownFlat || !flatNames.count(varying.name)) ownResults.insert(varying.name);
+    return {.flatNames = flatNames, .own = attributesFor(scan, ownResults), .other = {}};
+}
+
+Doubling planFlat(const ShaderScan &scan, const std::set<std::string_view> &flatNames)
+{
+    Doubling doubling = planSets(scan, flatNames, false);
+    doubling.other = attributesFor(scan, flatNames);
+    return doubling;
+}
+
+Doubling planLines(const ShaderScan &scan, const std::set<std::string_view> &flatNames)
+{
+    Doubling doubling = planSets(scan, flatNames, true);
+    std::set<std::string_view> results = flatNames;
+    results.insert("gl_Position");
+    doubling.other = attributesFor(scan, results);
+    return doubling;
+}
+
+std::string doubledDeclarations(const Doubling &doubling, const std::vector<Attribute> &attributes)
 {
     std::string text;
     for (const Attribute &attribute : attributes) {
         const std::string type(attribute.type);
         const std::string name(attribute.name);
-        text += " attribute " + type + " " + kOtherAttributePrefix + name + "; " + type + " " + name + ";";
+        if (doubling.own.count(name)) text += "attribute " + type + " " + kOwnAttributePrefix + name + "; ";
+        if (doubling.other.count(name)) text += "attribute " + type + " " + kOtherAttributePrefix + name + "; ";
+        text += type + " " + name + "; ";
     }
     return text;
 }
 
 // The given main, run with one of the sets.
-static std::string runWith(const ShaderScan &scan, const std::string &prefix)
+static std::string runWith(const ShaderScan &scan, const std::string &prefix, const std::set<std::string_view> &set)
 {
     std::string text;
     for (const Attribute &attribute : scan.attributes) {
         const std::string name(attribute.name);
-        text += "    " + name + " = " + prefix + name + ";\n";
+        const std::string value = set.count(name) ? prefix + name : std::string(attribute.type) + "(0.0)";
+        text += "    " + name + " = " + value + ";\n";
     }
     return text + "    " + kGivenMain + "();\n";
+}
+
+static std::string runOwn(const ShaderScan &scan, const Doubling &doubling)
+{
+    return runWith(scan, kOwnAttributePrefix, doubling.own);
+}
+
+static std::string runOther(const ShaderScan &scan, const Doubling &doubling)
+{
+    return runWith(scan, kOtherAttributePrefix, doubling.other);
 }
 
 // Local copies of the flat varyings, and back.
@@ -54,10 +93,10 @@ static std::string restoreFlat(const ShaderScan &scan, const std::set<std::strin
     return text;
 }
 
-std::string flatMain(const ShaderScan &scan, const std::set<std::string_view> &flatNames)
+std::string flatMain(const ShaderScan &scan, const Doubling &doubling)
 {
-    return "\nvoid main()\n{\n" + runWith(scan, kOtherAttributePrefix) + keepFlat(scan, flatNames) +
-           runWith(scan, kOwnAttributePrefix) + restoreFlat(scan, flatNames) + "}\n";
+    return "\nvoid main()\n{\n" + runOther(scan, doubling) + keepFlat(scan, doubling.flatNames) +
+           runOwn(scan, doubling) + restoreFlat(scan, doubling.flatNames) + "}\n";
 }
 
 static constexpr const char *kLineDeclarations = R"(
@@ -73,13 +112,13 @@ static constexpr const char *kCornerPosition = R"(    vec4 trl20_a = trl20_secon
 }
 )";
 
-std::string lineMain(const ShaderScan &scan, const std::set<std::string_view> &flatNames, LineEnds ends)
+std::string lineMain(const ShaderScan &scan, const Doubling &doubling, LineEnds ends)
 {
     std::string text = kLineDeclarations + lineFunctions(ends);
-    text += "\nvoid main()\n{\n" + runWith(scan, kOtherAttributePrefix) + keepFlat(scan, flatNames);
-    text += "    vec4 trl20_far = gl_Position;\n" + runWith(scan, kOwnAttributePrefix);
+    text += "\nvoid main()\n{\n" + runOther(scan, doubling) + keepFlat(scan, doubling.flatNames);
+    text += "    vec4 trl20_far = gl_Position;\n" + runOwn(scan, doubling);
     text += "    bool trl20_second = trl20_Corner.x > 0.5;\n";
-    const std::string restore = restoreFlat(scan, flatNames);
+    const std::string restore = restoreFlat(scan, doubling.flatNames);
     if (!restore.empty()) text += "    if (!trl20_second) {\n" + restore + "    }\n";
     return text + kCornerPosition;
 }

@@ -7,6 +7,8 @@
 //
 //   attribute vec4 A;    becomes    attribute vec4 trl20_own_A; attribute vec4 trl20_other_A; vec4 A;
 //   main                 becomes    trl20_main, called by the new main
+//
+// Attributes that a run's results do not need are left out of its set.
 #pragma once
 
 #include "line_geometry.h"
@@ -23,15 +25,26 @@ inline constexpr const char *kGivenMain = "trl20_main";
 /// side.
 inline constexpr const char *kCornerAttribute = "trl20_Corner";
 
+/// What a doubled vertex shader is made of.
+struct Doubling {
+    std::set<std::string_view> flatNames; // varyings that are flat in either stage
+    std::set<std::string_view> own;       // attributes in the own set
+    std::set<std::string_view> other;     // attributes in the other set
+};
+
 /// True when the text's attributes can be doubled.
 bool canDouble(const ShaderScan &scan);
 
-/// Declarations of the text's attributes in the second set and as variables, to stand behind that of the first set.
-std::string secondDeclarations(const std::vector<Attribute> &attributes);
+/// Chooses the sets for flat shading or for lines, from which flatMain or lineMain follows.
+Doubling planFlat(const ShaderScan &scan, const std::set<std::string_view> &flatNames);
+Doubling planLines(const ShaderScan &scan, const std::set<std::string_view> &flatNames);
+
+/// What becomes of the declaration of these attributes; one line.
+std::string doubledDeclarations(const Doubling &doubling, const std::vector<Attribute> &attributes);
 
 /// The new main for flat shading: the other vertex is the primitive's last one, and gives the flat varyings.
-std::string flatMain(const ShaderScan &scan, const std::set<std::string_view> &flatNames);
+std::string flatMain(const ShaderScan &scan, const Doubling &doubling);
 
 /// The new main for lines: the other vertex is the line's other end, and the position one of the line's corners.
 /// Flat varyings take the value of the line's second end.
-std::string lineMain(const ShaderScan &scan, const std::set<std::string_view> &flatNames, LineEnds ends);
+std::string lineMain(const ShaderScan &scan, const Doubling &doubling, LineEnds ends);

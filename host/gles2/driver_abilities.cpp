@@ -46,6 +46,7 @@ DriverAbilities readDriverAbilities()
     for (const char *name : {"GL_ARM_shader_framebuffer_fetch", "GL_EXT_shader_framebuffer_fetch"}) {
         if (hasExtension(extensions, name)) abilities.framebufferFetch = name;
     }
+    if (driverLimit() != DriverLimit::Es2) driver.glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &abilities.vertexAttributes);
     return abilities;
 }
 

@@ -2,7 +2,8 @@
 // TRL20_DRIVER_LIMIT: a driver that can do less than this machine's, for trying out what is done instead. Nothing but
 // the code that reads the driver's abilities knows of it.
 //
-//   es2         OpenGL ES 2.0 alone, and lines of one pixel only. EGL images stay: ES 1.1 textures are made from them
+//   es2         the least of OpenGL ES 2.0: no extension, eight vertex attributes for what is made here, lines of one
+//               pixel. EGL images stay: ES 1.1 textures are made from them
 //   thin-lines  lines of one pixel only
 #pragma once
 

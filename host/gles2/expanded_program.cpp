@@ -81,7 +81,7 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
     const bool lost = linked->flatLost || linked->lineCoordLost;
     TranslatedProgram texts =
         translateProgram(vertex, fragment, lost ? plainAbilities(abilities) : abilities, expansion);
-    expanded->doubled = !texts.doubledAttributes.empty();
+    expanded->doubled = texts.doubled;
     if (expansion != Expansion::None && !expanded->doubled && texts.geometry.empty()) return false;
     if (logicOp && !addLogicOp(texts, abilities)) return false;
 
@@ -94,6 +94,8 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
     expanded->driverProgram = buildDriverProgram(texts, bindings, result, stages);
     if (!expanded->driverProgram) return false;
     if (expanded->doubled && !placeAttributes(expanded, attributes)) return false;
+    if (activeAttributes(expanded->driverProgram).size() > static_cast<size_t>(abilities.vertexAttributes))
+        return false;
 
     for (const ActiveUniform &uniform : activeUniforms(expanded->driverProgram))
         shareUniform(expanded, linked, uniform);

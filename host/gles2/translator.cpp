@@ -15,6 +15,7 @@ struct Target {
     Expansion doubled;                      // what the vertex shader's main runs twice for; None: it runs once
     bool expandLines;                       // fragments are those of a line's rectangle
     bool geometry;                          // a geometry shader stands between the stages
+    Doubling doubling;                      // with `doubled`
     LineEnds ends;                          // of the lines' rectangles
     std::set<std::string_view> flatNames;   // varyings that are flat in either stage: GLSL ES 3.00 wants both to agree
     std::set<std::string_view> passedNames; // varyings that the geometry shader hands on; empty without one
@@ -141,24 +142,20 @@ static std::string lineCoordExpression(const Writer &writer)
     return std::string("(") + kLineCoordVarying + " / " + kLineCoordVarying + ".w)";
 }
 
-// Writes an attribute's declaration as one of the vertex' own set, and the other declarations behind it. Returns the
-// index to go on at.
+// Writes an attribute's declaration as those of both sets. Returns the index to go on at.
 static size_t writeDoubledAttributes(Writer &writer, size_t at)
 {
     const std::vector<Token> &tokens = writer.scan.tokens;
     std::vector<Attribute> declared;
-    for (; tokens[at].text != ";"; ++at) {
+    size_t end = at;
+    for (; tokens[end].text != ";"; ++end) {
         const auto attribute = std::find_if(writer.scan.attributes.begin(), writer.scan.attributes.end(),
-                                            [&](const Attribute &a) { return a.name == tokens[at].text; });
-        if (attribute != writer.scan.attributes.end()) {
-            writer.out += kOwnAttributePrefix;
-            declared.push_back(*attribute);
-        }
-        writer.out += tokens[at].text;
+                                            [&](const Attribute &a) { return a.name == tokens[end].text; });
+        if (attribute != writer.scan.attributes.end()) declared.push_back(*attribute);
     }
-    writer.out += ';';
-    writer.out += secondDeclarations(declared);
-    return at + 1;
+    writer.out += doubledDeclarations(writer.target.doubling, declared);
+    dropTokens(writer, at, end);
+    return end + 1;
 }
 
 // Writes the identifier at `at`. Returns the index to go on at.
@@ -240,8 +237,8 @@ static std::string versionHeader(int version)
 
 static std::string doubledMain(const ShaderScan &scan, const Target &target)
 {
-    if (target.doubled == Expansion::FlatShading) return flatMain(scan, target.flatNames);
-    if (target.doubled == Expansion::Lines) return lineMain(scan, target.flatNames, target.ends);
+    if (target.doubled == Expansion::FlatShading) return flatMain(scan, target.doubling);
+    if (target.doubled == Expansion::Lines) return lineMain(scan, target.doubling, target.ends);
     return {};
 }
 
@@ -297,6 +294,7 @@ static Target chooseTarget(const DriverAbilities &abilities, const ShaderScan &s
                   .doubled = Expansion::None,
                   .expandLines = false,
                   .geometry = false,
+                  .doubling = {},
                   .ends = scan.lineCoord ? LineEnds::Square : LineEnds::Upright,
                   .flatNames = {},
                   .passedNames = {}};
@@ -348,8 +346,8 @@ TranslatedProgram translateProgram(const std::string &vertex, const std::string 
         collectFlat(fragmentScan, target.flatNames);
     }
     if (target.doubled != Expansion::None) {
-        for (const Attribute &attribute : vertexScan.attributes)
-            program.doubledAttributes.emplace_back(attribute.name);
+        const bool lines = target.doubled == Expansion::Lines;
+        target.doubling = (lines ? planLines : planFlat)(vertexScan, target.flatNames);
     }
     if (target.geometry) {
         std::vector<Varying> varyings = vertexScan.varyings;
@@ -362,6 +360,7 @@ TranslatedProgram translateProgram(const std::string &vertex, const std::string 
     program.vertex = writeShader(ShaderStage::Vertex, vertexScan, target);
     program.fragment = writeShader(ShaderStage::Fragment, fragmentScan, target);
     program.version = target.version;
+    program.doubled = target.doubled != Expansion::None;
     program.flatLost = both.flat && target.version == 100 && target.doubled == Expansion::None;
     program.lineCoordLost = both.lineCoord && !target.expandLines;
     return program;

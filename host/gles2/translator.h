@@ -17,7 +17,6 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 /// What the driver and its shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
 struct DriverAbilities {
@@ -28,6 +27,7 @@ struct DriverAbilities {
     std::string geometryExtensionEssl310 = {}; // geometry shaders as an extension of 310 es: its name; empty = none
     float widestLine = 1.0f;                   // pixels
     std::string framebufferFetch = {};         // the extension by which fragments read the colour buffer; empty = none
+    int vertexAttributes = 8;                  // of one vertex
 };
 
 enum class ShaderStage { Vertex, Fragment };
@@ -48,7 +48,7 @@ struct TranslatedProgram {
     int version = 100;          // GLSL ES version of all stages: 100, 300, 310 or 320; 0 when a text named its own
     bool flatLost = false;      // flat shading was asked for and is drawn smooth
     bool lineCoordLost = false; // gl_LineCoord was asked for and is constant: lines are not smoothed
-    std::vector<std::string> doubledAttributes = {}; // the given names of those in both sets; empty without doubling
+    bool doubled = false;       // main runs twice: the draw brings both sets of attributes
 };
 
 /// The declaration of the colour in a fragment shader of version 300 and above that writes one.
