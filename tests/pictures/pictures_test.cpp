@@ -21,7 +21,7 @@ namespace {
 std::string pictureFolder()
 {
     const char *limit = std::getenv("TRL20_DRIVER_LIMIT");
-    return std::string(PICTURE_FOLDER) + (limit ? std::string("/") + limit : "");
+    return std::string(PICTURE_FOLDER) + (limit && *limit ? std::string("/") + limit : "");
 }
 
 const std::string kPictureFolder = pictureFolder();

@@ -38,6 +38,7 @@ std::vector<Scene> allScenes();
 
 // One list per file of scenes.
 std::vector<Scene> drawingScenes();
+std::vector<Scene> flatScenes();
 std::vector<Scene> matrixScenes();
 std::vector<Scene> lightingScenes();
 std::vector<Scene> lightScenes();
