@@ -104,10 +104,15 @@ attribute vec2 trl20_Corner;
 varying vec4 trl20_LineCoord;
 )";
 
+// Times w, the offset is the same number of pixels all along the line. With an end behind the eye the rims would cross
+// where w is 0: the rectangle is then as wide as at the end in front, and the fragment shader cuts it to the line's
+// width.
 static constexpr const char *kCornerPosition = R"(    vec4 trl20_a = trl20_second ? trl20_far : gl_Position;
     vec4 trl20_b = trl20_second ? gl_Position : trl20_far;
-    trl20_LineCoord = vec4(trl20_Corner.x, 0.5 + 0.5 * trl20_Corner.y, 0.0, 1.0) * gl_Position.w;
-    gl_Position.xy += trl20_lineOffset(trl20_a, trl20_b) * trl20_Corner.y * gl_Position.w;
+    bool trl20_behind = trl20_a.w <= 0.0 || trl20_b.w <= 0.0;
+    float trl20_half = trl20_Corner.y * (trl20_behind ? max(trl20_a.w, trl20_b.w) : gl_Position.w);
+    trl20_LineCoord = vec4(trl20_Corner.x * gl_Position.w, 0.5 * (gl_Position.w + trl20_half), 0.0, gl_Position.w);
+    gl_Position.xy += trl20_lineOffset(trl20_a, trl20_b) * trl20_half;
     if (trl20_isOutside(trl20_a, trl20_b)) gl_Position = vec4(2.0, 2.0, 2.0, 1.0);
 }
 )";
@@ -121,4 +126,16 @@ std::string lineMain(const ShaderScan &scan, const Doubling &doubling, LineEnds 
     const std::string restore = restoreFlat(scan, doubling.flatNames);
     if (!restore.empty()) text += "    if (!trl20_second) {\n" + restore + "    }\n";
     return text + kCornerPosition;
+}
+
+// The margin is for rounding, where the rectangle's rims are the line's own.
+std::string lineFragmentMain()
+{
+    return R"(
+void main()
+{
+    if (abs(trl20_LineCoord.y / trl20_LineCoord.w - 0.5) > 0.5005) discard;
+    trl20_main();
+}
+)";
 }

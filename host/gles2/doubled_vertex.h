@@ -48,3 +48,6 @@ std::string flatMain(const ShaderScan &scan, const Doubling &doubling);
 /// The new main for lines: the other vertex is the line's other end, and the position one of the line's corners.
 /// Flat varyings take the value of the line's second end.
 std::string lineMain(const ShaderScan &scan, const Doubling &doubling, LineEnds ends);
+
+/// The new main of the fragment shader for lines: drops what lies beside the line.
+std::string lineFragmentMain();

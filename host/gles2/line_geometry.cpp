@@ -13,8 +13,8 @@ static constexpr const char *kUniforms = R"(uniform vec2 trl20_ViewportSize;
 uniform float trl20_LineWidth;
 )";
 
-// An end behind the eye has no place on the screen. The line's direction there needs none: it is the derivative of
-// xy / w along the line, which has the direction below wherever w is above zero.
+// The direction needs no division by w: it is that of the derivative of xy / w along the line, wherever w is above
+// zero.
 static constexpr const char *kFunctions = R"(
 bool trl20_isOutside(vec4 a, vec4 b)
 {
@@ -36,26 +36,34 @@ static constexpr const char *kUprightAcross =
     "    vec2 across = abs(along.x) >= abs(along.y) ? vec2(0.0, 1.0) : vec2(1.0, 0.0);\n";
 static constexpr const char *kOffsetTail = "    return across * (0.5 * trl20_LineWidth) / pixels;\n}\n";
 
-// With the offset in normalised device coordinates, and so times w, the corners stay right when an end behind the eye
-// is clipped: every point of the line is widened by the same number of pixels.
 static constexpr const char *kGeometryMain = R"(
-void emitEnd(int end, vec2 offset, float y)
+void emitEnd(vec4 position, float t, vec2 offset, float y)
 {
-    passVaryings(end);
-    vec4 position = gl_in[end].gl_Position;
-    trl20_LineCoord = vec4(float(end), y, 0.0, 1.0) * position.w;
+    passVaryings(t);
+    trl20_LineCoord = vec4(t, y, 0.0, 1.0) * position.w;
     gl_Position = position + vec4(offset * position.w, 0.0, 0.0);
     EmitVertex();
 }
 
 void main()
 {
-    if (trl20_isOutside(gl_in[0].gl_Position, gl_in[1].gl_Position)) return;
-    vec2 offset = trl20_lineOffset(gl_in[0].gl_Position, gl_in[1].gl_Position);
-    emitEnd(0, -offset, 0.0);
-    emitEnd(1, -offset, 0.0);
-    emitEnd(0, offset, 1.0);
-    emitEnd(1, offset, 1.0);
+    vec4 a = gl_in[0].gl_Position;
+    vec4 b = gl_in[1].gl_Position;
+    if (trl20_isOutside(a, b)) return;
+
+    // An end behind the eye has no place on the screen: the line is cut at the near plane first.
+    float nearA = a.z + a.w;
+    float nearB = b.z + b.w;
+    float t0 = nearA < 0.0 ? nearA / (nearA - nearB) : 0.0;
+    float t1 = nearB < 0.0 ? nearA / (nearA - nearB) : 1.0;
+    vec4 p = mix(a, b, t0);
+    vec4 q = mix(a, b, t1);
+    if (p.w <= 0.0 || q.w <= 0.0) return;
+    vec2 offset = trl20_lineOffset(p, q);
+    emitEnd(p, t0, -offset, 0.0);
+    emitEnd(q, t1, -offset, 0.0);
+    emitEnd(p, t0, offset, 1.0);
+    emitEnd(q, t1, offset, 1.0);
 }
 )";
 
@@ -69,7 +77,7 @@ std::string lineFunctions(LineEnds ends)
 static std::string passVaryings(const std::vector<Varying> &varyings)
 {
     std::string declarations;
-    std::string body = "\nvoid passVaryings(int end)\n{\n";
+    std::string body = "\nvoid passVaryings(float t)\n{\n";
     for (const Varying &varying : varyings) {
         const std::string name(varying.name);
         const std::string given = kVertexVaryingPrefix + name;
@@ -78,7 +86,7 @@ static std::string passVaryings(const std::vector<Varying> &varyings)
         declarations += qualifier + "in " + type + " " + given + "[];\n";
         declarations += qualifier + "out " + type + " " + name + ";\n";
         body += "    " + name + " = ";
-        body += varying.flat ? given + "[1];\n" : given + "[end];\n";
+        body += varying.flat ? given + "[1];\n" : given + "[0] * (1.0 - t) + " + given + "[1] * t;\n";
     }
     return declarations + body + "}\n";
 }

@@ -20,7 +20,7 @@ enum class LineEnds {
 };
 
 /// Declarations of the viewport's size and the line's width, and functions over both ends' clip coordinates:
-///   bool trl20_isOutside(vec4 a, vec4 b)    the whole line lies beyond one side of the view volume
+///   bool trl20_isOutside(vec4 a, vec4 b)    the whole line lies beyond one side of the view volume, the far one aside
 ///   vec2 trl20_lineOffset(vec4 a, vec4 b)   from the line's middle to one rim, in normalised device coordinates
 std::string lineFunctions(LineEnds ends);
 

@@ -169,6 +169,7 @@ static size_t writeIdentifier(Writer &writer, size_t at)
         writer.stage == ShaderStage::Fragment)
         return dropWord(writer, at);
     const bool doubled = writer.target.doubled != Expansion::None && writer.stage == ShaderStage::Vertex;
+    const bool cut = writer.target.doubled == Expansion::Lines && writer.stage == ShaderStage::Fragment;
     if (doubled && word == "attribute") return writeDoubledAttributes(writer, at);
 
     if (writer.target.raisePrecision && isPrecision(word))
@@ -177,7 +178,7 @@ static size_t writeIdentifier(Writer &writer, size_t at)
         writer.out += lineCoordExpression(writer);
     else if (word == "gl_FrontFacing" && writer.target.expandLines)
         writer.out += "true"; // a line is always seen from its front; the rectangle made of it need not be
-    else if (doubled && word == "main")
+    else if ((doubled || cut) && word == "main")
         writer.out += kGivenMain;
     else if (word == "gl_FogFactor")
         writer.out += "trl20_FogFactor";
@@ -204,7 +205,7 @@ static std::string declarations(const Writer &writer)
         if (writer.scan.fragColor) text += kFragColorOutput;
         if (writer.scan.fragData) text += "layout(location = 0) out highp vec4 trl20_FragData[gl_MaxDrawBuffers]; ";
     }
-    if (writer.target.expandLines && writer.scan.lineCoord)
+    if (writer.target.expandLines && (writer.scan.lineCoord || writer.target.doubled == Expansion::Lines))
         text +=
             (writer.target.version >= 300 ? "in highp " : "varying " + precision) + "vec4 " + kLineCoordVarying + "; ";
     return text;
@@ -262,6 +263,7 @@ static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const 
     }
     if (scan.declarationsAt >= scan.tokens.size()) writeDeclarations(writer);
     if (stage == ShaderStage::Vertex) writer.out += doubledMain(scan, target);
+    if (stage == ShaderStage::Fragment && target.doubled == Expansion::Lines) writer.out += lineFragmentMain();
     return std::move(writer.out);
 }
 

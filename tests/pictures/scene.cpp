@@ -5,10 +5,10 @@ std::vector<Scene> allScenes()
 {
     std::vector<Scene> all;
     for (const auto list :
-         {drawingScenes,     flatScenes,         matrixScenes,  lightingScenes,    lightScenes,    materialScenes,
-          fogScenes,         alphaAndClipScenes, pointScenes,   lineScenes,        textureScenes,  formatScenes,
-          compressedScenes,  imageScenes,        cubeMapScenes, environmentScenes, combinerScenes, textureMatrixScenes,
-          drawTextureScenes, skinningScenes,     targetScenes}) {
+         {drawingScenes,       flatScenes,         matrixScenes,   lightingScenes, lightScenes,       materialScenes,
+          fogScenes,           alphaAndClipScenes, pointScenes,    lineScenes,     wideLineScenes,    textureScenes,
+          formatScenes,        compressedScenes,   imageScenes,    cubeMapScenes,  environmentScenes, combinerScenes,
+          textureMatrixScenes, drawTextureScenes,  skinningScenes, targetScenes}) {
         for (Scene &scene : list())
             all.push_back(scene);
     }

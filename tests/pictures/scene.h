@@ -47,6 +47,7 @@ std::vector<Scene> fogScenes();
 std::vector<Scene> alphaAndClipScenes();
 std::vector<Scene> pointScenes();
 std::vector<Scene> lineScenes();
+std::vector<Scene> wideLineScenes();
 std::vector<Scene> textureScenes();
 std::vector<Scene> formatScenes();
 std::vector<Scene> compressedScenes();
