@@ -55,3 +55,9 @@ Image differenceImage(const Image &a, const Image &b)
     }
     return image;
 }
+
+std::string pictureFolder(const std::string &base)
+{
+    const char *limit = std::getenv("TRL20_DRIVER_LIMIT");
+    return limit && *limit ? base + "/" + limit : base;
+}

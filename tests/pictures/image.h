@@ -34,3 +34,7 @@ Difference compareImages(const Image &a, const Image &b, int tolerance);
 
 /// Absolute differences, eight times brighter, opaque.
 Image differenceImage(const Image &a, const Image &b);
+
+/// Where a test's pictures go below that folder. Runs over a limited driver keep theirs apart: they may go on beside
+/// each other.
+std::string pictureFolder(const std::string &base);

@@ -14,17 +14,9 @@
 // Given by the build: folder of the drop-in pair, path of render_scenes, where pictures go.
 static const std::string kPairFolder = PAIR_FOLDER;
 static const std::string kRenderer = RENDERER;
+static const std::string kPictureFolder = pictureFolder(PICTURE_FOLDER);
 
 namespace {
-
-// Runs over a limited driver keep their pictures apart: they may go on beside each other.
-std::string pictureFolder()
-{
-    const char *limit = std::getenv("TRL20_DRIVER_LIMIT");
-    return std::string(PICTURE_FOLDER) + (limit && *limit ? std::string("/") + limit : "");
-}
-
-const std::string kPictureFolder = pictureFolder();
 
 void printPath(const std::string &path)
 {

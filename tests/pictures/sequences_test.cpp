@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // Every sequence played by the drop-in pair: each of its draws must look exactly as in a fresh context.
+#include "pictures/image.h"
 #include "pictures/sequences.h"
 
 #include <gtest/gtest.h>
@@ -11,7 +12,7 @@
 // Given by the build: folder of the drop-in pair, path of run_sequences, where pictures go.
 static const std::string kPairFolder = PAIR_FOLDER;
 static const std::string kPlayer = PLAYER;
-static const std::string kPictureFolder = PICTURE_FOLDER;
+static const std::string kPictureFolder = pictureFolder(PICTURE_FOLDER);
 
 namespace {
 
