@@ -7,6 +7,7 @@
 #include "explain.h"
 #include "machine_context.h"
 #include "programs.h"
+#include "stored_programs.h"
 #include "waiting_loads.h"
 
 #include "client_api_table.h"
@@ -195,5 +196,6 @@ void ogl2GetClientAPIFunctions(void *table)
         return;
     }
     startExplain();
+    startStoredPrograms();
     *static_cast<ClientAPIFunctions *>(table) = kClientTable;
 }

@@ -2,6 +2,7 @@
 #include "expanded_program.h"
 
 #include "doubled_vertex.h"
+#include "explain.h"
 #include "programs.h"
 
 #include <algorithm>
@@ -72,6 +73,14 @@ static void shareUniform(ExpandedProgram *expanded, const LinkedProgram *linked,
     }
 }
 
+// What an expanded program is for, as its file is named.
+static std::string nameUse(Expansion expansion, bool logicOp)
+{
+    std::string use = expansion == Expansion::Lines ? "lines" : expansion == Expansion::FlatShading ? "flat" : "";
+    if (logicOp) use += use.empty() ? "logic" : "-logic";
+    return use;
+}
+
 static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked, Expansion expansion, bool logicOp,
                           const DriverAbilities &abilities)
 {
@@ -92,6 +101,9 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
     BuildResult result{};
     BuildResult stages[2];
     expanded->driverProgram = buildDriverProgram(texts, bindings, result, stages);
+    if (linked->explained)
+        explainExpanded(linked->explained, nameUse(expansion, logicOp),
+                        {.texts = texts, .stages = stages, .result = result});
     if (!expanded->driverProgram) return false;
     if (expanded->doubled && !placeAttributes(expanded, attributes)) return false;
     if (activeAttributes(expanded->driverProgram).size() > static_cast<size_t>(abilities.vertexAttributes))

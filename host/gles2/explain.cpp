@@ -112,6 +112,14 @@ static std::string driverName()
     return name;
 }
 
+static void countBuild(ExplainedProgram *program, const BuildResult &result)
+{
+    ++(result.loaded ? program->loads : program->builds);
+    if (!result.ok) ++program->failures;
+    program->buildMilliseconds += result.milliseconds;
+    explainer->builtInFrame = true;
+}
+
 ExplainedProgram *explainBuild(const ExplainedBuild &build)
 {
     const Guard guard(explainer->lock);
@@ -119,17 +127,22 @@ ExplainedProgram *explainBuild(const ExplainedBuild &build)
     if (explainer->run.programs.empty()) {
         explainer->run.driver = driverName();
         explainer->frameStart = now - std::chrono::duration_cast<Clock::duration>(
-                                          std::chrono::duration<double, std::milli>(build.milliseconds));
+                                          std::chrono::duration<double, std::milli>(build.handed.result.milliseconds));
     }
     const auto found = explainer->byKey.find(build.key);
     ExplainedProgram *program = found == explainer->byKey.end() ? addProgram(build, now) : found->second;
-    ++program->builds;
-    program->buildMilliseconds += build.milliseconds;
-    if (!build.result.ok) ++program->failures;
+    countBuild(program, build.handed.result);
+    program->buildMilliseconds += build.refused.milliseconds;
     program->fresh = true;
-    explainer->builtInFrame = true;
     writeSummary(now);
     return program;
+}
+
+void explainExpanded(ExplainedProgram *program, const std::string &use, const ExplainedTexts &handed)
+{
+    const Guard guard(explainer->lock);
+    countBuild(program, handed.result);
+    writeReport(explainedFileName(program->number, use), explainedExpansionFile(*program, use, handed));
 }
 
 void explainKept(ExplainedProgram *program)
@@ -221,9 +234,7 @@ static void removeOldFiles(int folder)
     DIR *listing = fdopendir(dup(folder));
     if (!listing) return;
     while (const dirent *entry = readdir(listing)) {
-        int number = 0;
-        if (sscanf(entry->d_name, "program-%d", &number) == 1 && explainedFileName(number) == entry->d_name)
-            unlinkat(folder, entry->d_name, 0);
+        if (isExplainedFileName(entry->d_name)) unlinkat(folder, entry->d_name, 0);
     }
     closedir(listing);
 }

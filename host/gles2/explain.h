@@ -16,5 +16,8 @@ bool explains();
 /// process. A context must be current.
 ExplainedProgram *explainBuild(const ExplainedBuild &build);
 
+/// Another program for the same texts was built, or failed. Writes its file. `use` as in explainedFileName.
+void explainExpanded(ExplainedProgram *program, const std::string &use, const ExplainedTexts &handed);
+
 /// A program was asked for that had been kept.
 void explainKept(ExplainedProgram *program);

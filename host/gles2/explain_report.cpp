@@ -46,9 +46,20 @@ static std::string wrapped(const std::vector<std::string> &phrases, const std::s
     return text + line + '\n';
 }
 
-std::string explainedFileName(int number)
+std::string explainedFileName(int number, const std::string &use)
 {
-    return print("program-%03d.txt", number);
+    return print("program-%03d", number) + (use.empty() ? "" : "-") + use + ".txt";
+}
+
+bool isExplainedFileName(const std::string &name)
+{
+    int number = 0;
+    int end = 0;
+    if (sscanf(name.c_str(), "program-%d%n", &number, &end) != 1) return false;
+    const size_t use = name.find_first_not_of("-abcdefghijklmnopqrstuvwxyz", static_cast<size_t>(end));
+    return use != std::string::npos &&
+           name == print("program-%03d", number) +
+                       name.substr(static_cast<size_t>(end), use - static_cast<size_t>(end)) + ".txt";
 }
 
 // --- a program's file
@@ -87,30 +98,38 @@ static std::string logPart(const char *part, const std::string &log, const std::
     return out.empty() ? out : std::string(part) + ":\n" + out;
 }
 
-static std::string driversLog(const ExplainedBuild &build)
+// The lines of a given-up version's log belong to the same texts, but would only repeat the ones below it.
+static void addLog(std::string &out, const std::string &refusedLog, const ExplainedTexts &handed,
+                   const std::string &vertex, const std::string &fragment)
 {
     std::string log;
-    if (!build.refusedLog.empty()) log += "of a higher version, which was given up:\n" + build.refusedLog;
-    log += logPart("vertex shader", build.stages[0].log, build.vertex);
-    log += logPart("fragment shader", build.stages[1].log, build.fragment);
+    if (!refusedLog.empty()) log += "of a higher version, which was given up:\n" + refusedLog;
+    log += logPart("vertex shader", handed.stages[0].log, vertex);
+    log += logPart("fragment shader", handed.stages[1].log, fragment);
     // Without both shaders the program's log repeats theirs.
-    if (build.stages[0].ok && build.stages[1].ok) log += logPart("program", build.result.log, {});
-    return log.empty() ? "(empty)\n" : log;
+    if (handed.stages[0].ok && handed.stages[1].ok) log += logPart("program", handed.result.log, {});
+    addSection(out, "driver's log", log.empty() ? "(empty)\n" : log);
 }
 
-static std::string languageOf(const TranslatedProgram &handed)
+static void addHandedTexts(std::string &out, const TranslatedProgram &texts)
 {
-    if (handed.version == 0) return "GLSL version of its own";
-    return print("GLSL ES %d.%02d", handed.version / 100, handed.version % 100);
+    const std::string language = texts.version == 0
+                                     ? "GLSL version of its own"
+                                     : print("GLSL ES %d.%02d", texts.version / 100, texts.version % 100);
+    addSection(out, "vertex shader, as handed to the driver, " + language, texts.vertex);
+    if (!texts.geometry.empty())
+        addSection(out, "geometry shader, as handed to the driver, " + language, texts.geometry);
+    addSection(out, "fragment shader, as handed to the driver, " + language, texts.fragment);
 }
 
-static std::string outcome(const ExplainedBuild &build)
+static std::string outcome(const ExplainedTexts &handed)
 {
-    const char *done = build.result.ok       ? "compiled and linked in"
-                       : !build.stages[0].ok ? "the vertex shader DID NOT COMPILE, after"
-                       : !build.stages[1].ok ? "the fragment shader DID NOT COMPILE, after"
-                                             : "the program DID NOT LINK, after";
-    return print("%s %.1f ms", done, build.milliseconds);
+    const char *done = handed.result.loaded   ? "loaded from a file in"
+                       : handed.result.ok     ? "compiled and linked in"
+                       : !handed.stages[0].ok ? "the vertex shader DID NOT COMPILE, after"
+                       : !handed.stages[1].ok ? "the fragment shader DID NOT COMPILE, after"
+                                              : "the program DID NOT LINK, after";
+    return print("%s %.1f ms\n", done, handed.result.milliseconds);
 }
 
 std::string explainedFile(const ExplainedProgram &program, const ExplainedBuild &build)
@@ -119,18 +138,23 @@ std::string explainedFile(const ExplainedProgram &program, const ExplainedBuild 
     std::string out = print("program %d: built in frame %llu for draw %llu, %.3f s after the start; ", program.number,
                             static_cast<unsigned long long>(built.frame), static_cast<unsigned long long>(built.draw),
                             built.seconds) +
-                      outcome(build) + "\n\nstate that made it\n";
+                      outcome(build.handed) + "\nstate that made it\n";
     for (const std::string &phrase : program.state)
         out += "    " + phrase + '\n';
-
-    const std::string language = languageOf(build.handed);
-    addSection(out, "driver's log", driversLog(build));
+    addLog(out, build.refused.log, build.handed, build.vertex, build.fragment);
     addSection(out, "vertex shader, as generated", build.vertex);
     addSection(out, "fragment shader, as generated", build.fragment);
-    addSection(out, "vertex shader, as handed to the driver, " + language, build.handed.vertex);
-    if (!build.handed.geometry.empty())
-        addSection(out, "geometry shader, as handed to the driver, " + language, build.handed.geometry);
-    addSection(out, "fragment shader, as handed to the driver, " + language, build.handed.fragment);
+    addHandedTexts(out, build.handed.texts);
+    return out;
+}
+
+std::string explainedExpansionFile(const ExplainedProgram &program, const std::string &use,
+                                   const ExplainedTexts &handed)
+{
+    std::string out =
+        print("program %d, another one for its texts (%s): ", program.number, use.c_str()) + outcome(handed);
+    addLog(out, {}, handed, {}, {});
+    addHandedTexts(out, handed.texts);
     return out;
 }
 
@@ -148,7 +172,7 @@ static std::string modeNames(uint32_t modes)
 }
 
 struct BuildTotals {
-    uint64_t builds, failures, kept;
+    uint64_t builds, failures, loads, kept;
     double milliseconds, firstDrawMilliseconds;
 };
 
@@ -158,6 +182,7 @@ static BuildTotals totalsOf(const ExplainedRun &run)
     for (const auto &program : run.programs) {
         totals.builds += static_cast<uint64_t>(program->builds);
         totals.failures += static_cast<uint64_t>(program->failures);
+        totals.loads += static_cast<uint64_t>(program->loads);
         totals.kept += static_cast<uint64_t>(program->kept);
         totals.milliseconds += program->buildMilliseconds;
         totals.firstDrawMilliseconds += program->firstDrawMilliseconds;
@@ -184,7 +209,7 @@ static std::string frameLines(const ExplainedRun &run)
 static std::string totalLines(const ExplainedRun &run)
 {
     const BuildTotals totals = totalsOf(run);
-    const uint64_t missed = totals.builds + totals.kept;
+    const uint64_t missed = totals.builds + totals.loads + totals.kept;
     std::string text = run.application + ": " + counted(run.draws, "draw") + " in " + counted(run.frames, "frame") +
                        print(" and %.2f s", run.seconds) + "\n" + run.driver + "\n\n";
     text += print("programs  %zu different, %s by the driver in %.1f ms, first draws with them in %.1f ms",
@@ -194,8 +219,9 @@ static std::string totalLines(const ExplainedRun &run)
     text += print("library   %s for another program: %s, %llu missed\n",
                   counted(run.libraryHits + missed, "search").c_str(), counted(run.libraryHits, "hit").c_str(),
                   static_cast<unsigned long long>(missed));
-    text += print("backend   of those missed: %llu kept from before, %llu to be built\n",
-                  static_cast<unsigned long long>(totals.kept), static_cast<unsigned long long>(totals.builds));
+    text += print("backend   of those missed: %llu kept from before, %llu loaded from files, %llu to be built\n",
+                  static_cast<unsigned long long>(totals.kept), static_cast<unsigned long long>(totals.loads),
+                  static_cast<unsigned long long>(totals.builds));
     text += frameLines(run);
     if (run.otherDraws) text += counted(run.otherDraws, "draw") + " without a program: they draw nothing\n";
     return text;

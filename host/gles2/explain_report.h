@@ -20,9 +20,10 @@ struct ExplainedProgram {
     std::vector<std::string> state;
     int before; // the program drawn with before this one was built; 0 for none
     ExplainedMoment firstBuild;
-    int builds; // by the driver's compiler
+    int builds; // by the driver's compiler, of other programs for the same texts, too
     int failures;
-    double buildMilliseconds; // of all builds
+    int loads;                // from files of earlier runs
+    double buildMilliseconds; // of all builds and loads
     int kept;                 // times a linked program was there already
     bool fresh;               // asked for and not drawn with yet
     uint64_t draws;
@@ -55,23 +56,35 @@ struct ExplainedRun {
     std::vector<std::unique_ptr<ExplainedProgram>> programs;
 };
 
-/// One build: what went into it and what came out.
-struct ExplainedBuild {
-    const std::string &key;          // everything the program depends on
-    const std::string &vertex;       // as generated
-    const std::string &fragment;     // as generated
-    const TranslatedProgram &handed; // to the driver
-    const std::string &refusedLog;   // the driver's log of a higher language version it refused; empty for none
-    const BuildResult (&stages)[2];  // of the vertex and the fragment shader
-    const BuildResult &result;       // of the program
-    double milliseconds;             // it took
+/// What was handed to the driver, and what it said.
+struct ExplainedTexts {
+    const TranslatedProgram &texts;
+    const BuildResult (&stages)[2]; // of the vertex and the fragment shader
+    const BuildResult &result;      // of the program
 };
 
-/// The name of a program's file.
-std::string explainedFileName(int number);
+/// One build: what went into it and what came out.
+struct ExplainedBuild {
+    const std::string &key;      // everything the program depends on
+    const std::string &vertex;   // as generated
+    const std::string &fragment; // as generated
+    const BuildResult &refused;  // of a higher language version, which was given up; with an empty log for none
+    ExplainedTexts handed;
+};
+
+/// The name of a program's file. `use` is what another program for the same texts is for, such as "lines"; empty for
+/// the program itself.
+std::string explainedFileName(int number, const std::string &use = {});
+
+/// True for a name that explainedFileName can give.
+bool isExplainedFileName(const std::string &name);
 
 /// The content of a program's file.
 std::string explainedFile(const ExplainedProgram &program, const ExplainedBuild &build);
+
+/// The content of the file of another program for the texts of `program`.
+std::string explainedExpansionFile(const ExplainedProgram &program, const std::string &use,
+                                   const ExplainedTexts &handed);
 
 /// The content of summary.txt.
 std::string explainedSummary(const ExplainedRun &run);

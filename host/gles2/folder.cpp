@@ -43,3 +43,15 @@ bool replaceFile(int folder, const std::string &name, const std::string &content
     errno = reason;
     return false;
 }
+
+std::string readAll(int file, size_t size)
+{
+    std::string content(size, '\0');
+    for (size_t done = 0; done < size;) {
+        const ssize_t count = read(file, content.data() + done, size - done);
+        if (count < 0 && errno == EINTR) continue;
+        if (count <= 0) return {};
+        done += static_cast<size_t>(count);
+    }
+    return content;
+}

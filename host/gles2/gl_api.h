@@ -10,6 +10,9 @@
 #include <GLES2/gl2ext.h>
 #include <stdint.h>
 
+// Of OpenGL ES 3.0.
+inline constexpr GLenum GL_PROGRAM_BINARY_RETRIEVABLE_HINT = 0x8257;
+
 // Level queries of OpenGL ES 3.1.
 inline constexpr GLenum GL_TEXTURE_WIDTH = 0x1000;
 inline constexpr GLenum GL_TEXTURE_HEIGHT = 0x1001;

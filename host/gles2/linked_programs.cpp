@@ -6,34 +6,7 @@
 #include "explain.h"
 #include "programs.h"
 
-#include <chrono>
 #include <string_view>
-
-static std::string infoLog(GLuint object, decltype(Driver::glGetShaderiv) getiv,
-                           decltype(Driver::glGetShaderInfoLog) getLog)
-{
-    GLint length = 0;
-    getiv(object, GL_INFO_LOG_LENGTH, &length);
-    std::string log(static_cast<size_t>(length > 0 ? length : 0), '\0');
-    GLsizei written = 0;
-    if (length > 0) getLog(object, length, &written, log.data());
-    log.resize(static_cast<size_t>(written));
-    return log;
-}
-
-GLuint compileForDriver(GLenum type, const std::string &text, BuildResult &result)
-{
-    const GLuint shader = driver.glCreateShader(type);
-    const GLchar *source = text.c_str();
-    const GLint length = static_cast<GLint>(text.size());
-    GLint status = GL_FALSE;
-    driver.glShaderSource(shader, 1, &source, &length);
-    driver.glCompileShader(shader);
-    driver.glGetShaderiv(shader, GL_COMPILE_STATUS, &status);
-    result.ok = status == GL_TRUE;
-    result.log = infoLog(shader, driver.glGetShaderiv, driver.glGetShaderInfoLog);
-    return shader;
-}
 
 // Everything a linked program depends on. Texts hold no zero characters that a compiler would read past.
 static std::string keyOf(const ProgramObject *program)
@@ -42,40 +15,6 @@ static std::string keyOf(const ProgramObject *program)
     for (const auto &[name, index] : program->attributeBindings)
         key += name + '\0' + std::to_string(index) + '\0';
     return key;
-}
-
-GLuint buildDriverProgram(const TranslatedProgram &texts, const std::map<std::string, GLuint> &attributeBindings,
-                          BuildResult &result, BuildResult (&stages)[2])
-{
-    const GLuint built = driver.glCreateProgram();
-    BuildResult geometry{.ok = true, .log = {}};
-    const struct {
-        GLenum type;
-        const std::string &text;
-        BuildResult &result;
-    } parts[] = {{GL_VERTEX_SHADER, texts.vertex, stages[0]},
-                 {GL_FRAGMENT_SHADER, texts.fragment, stages[1]},
-                 {GL_GEOMETRY_SHADER_EXT, texts.geometry, geometry}};
-    for (const auto &part : parts) {
-        if (part.text.empty() && part.type == GL_GEOMETRY_SHADER_EXT) continue;
-        const GLuint shader = compileForDriver(part.type, part.text, part.result);
-        driver.glAttachShader(built, shader);
-        driver.glDeleteShader(shader); // goes with the program
-        if (!part.result.ok) result.log += part.result.log;
-    }
-    result.ok = stages[0].ok && stages[1].ok && geometry.ok;
-    if (result.ok) {
-        for (const auto &[name, index] : attributeBindings)
-            driver.glBindAttribLocation(built, index, name.c_str());
-        GLint status = GL_FALSE;
-        driver.glLinkProgram(built);
-        driver.glGetProgramiv(built, GL_LINK_STATUS, &status);
-        result.ok = status == GL_TRUE;
-        result.log = infoLog(built, driver.glGetProgramiv, driver.glGetProgramInfoLog);
-    }
-    if (result.ok) return built;
-    driver.glDeleteProgram(built);
-    return 0;
 }
 
 static void noteShaderResult(ShaderObject *shader, const BuildResult &result)
@@ -115,27 +54,21 @@ static void buildLinked(LinkedProgram *linked, const ProgramObject *program, con
     TranslatedProgram texts =
         translateProgram(program->vertex->compiledSource, program->fragment->compiledSource, abilities);
     BuildResult stages[2];
-    std::string refusedLog;
-    const auto begin = std::chrono::steady_clock::now();
+    BuildResult refused;
     linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
     if (!linked->driverProgram && texts.version > 100) {
-        refusedLog = linked->result.log;
+        refused = std::move(linked->result);
         texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource,
                                  plainAbilities(abilities));
         linked->result = {};
         linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
     }
-    if (explains()) {
-        const std::chrono::duration<double, std::milli> took = std::chrono::steady_clock::now() - begin;
+    if (explains())
         linked->explained = explainBuild({.key = linked->key,
                                           .vertex = program->vertex->compiledSource,
                                           .fragment = program->fragment->compiledSource,
-                                          .handed = texts,
-                                          .refusedLog = refusedLog,
-                                          .stages = stages,
-                                          .result = linked->result,
-                                          .milliseconds = took.count()});
-    }
+                                          .refused = refused,
+                                          .handed = {.texts = texts, .stages = stages, .result = linked->result}});
     noteShaderResult(program->vertex, stages[0]);
     noteShaderResult(program->fragment, stages[1]);
     if (!linked->driverProgram) return;

@@ -21,8 +21,10 @@
 
 /// What a compiler or linker said.
 struct BuildResult {
-    bool ok;
-    std::string log;
+    bool ok = false;
+    std::string log = {};
+    bool loaded = false;       // of a program: not built, but loaded from a file of an earlier run
+    double milliseconds = 0.0; // of a program
 };
 
 struct ShaderObject {
@@ -114,13 +116,16 @@ struct LinkedProgram {
     ExplainedProgram *explained;                  // its record; null unless TRL20_EXPLAIN is set
 };
 
+/// Indices of vertex attributes by their names.
+using AttributeBindings = std::map<std::string, GLuint>;
+
 struct ProgramObject {
     GLuint name;
     ShaderObject *vertex; // attached; null when none
     ShaderObject *fragment;
-    std::map<std::string, GLuint> attributeBindings; // take effect at the next link
-    LinkedProgram *linked;                           // of the last successful link; null before it
-    bool linkOk;                                     // of the last link
+    AttributeBindings attributeBindings; // take effect at the next link
+    LinkedProgram *linked;               // of the last successful link; null before it
+    bool linkOk;                         // of the last link
     bool validated;
     std::string log;
     int uses;     // contexts it is the program of

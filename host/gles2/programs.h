@@ -29,10 +29,11 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program);
 /// Takes one user away; without any the program goes to the keeper. The group's lock must be held.
 void releaseLinked(ShareGroup *group, LinkedProgram *linked);
 
-/// Compiles the stages and links them, with attributes bound to these indices. Returns the driver's program, 0 when a
-/// stage or the linking failed. `stages` receives what the compiler said of the vertex and the fragment shader.
-GLuint buildDriverProgram(const TranslatedProgram &texts, const std::map<std::string, GLuint> &attributeBindings,
-                          BuildResult &result, BuildResult (&stages)[2]);
+/// Compiles the stages and links them, with attributes bound to these indices, or loads what an earlier run kept of
+/// that. Returns the driver's program, 0 when a stage or the linking failed. `stages` receives what the compiler said
+/// of the vertex and the fragment shader. A context must be current.
+GLuint buildDriverProgram(const TranslatedProgram &texts, const AttributeBindings &bindings, BuildResult &result,
+                          BuildResult (&stages)[2]);
 
 /// The abilities of GLSL ES 1.00 alone, for a driver whose higher versions refuse what they should accept.
 DriverAbilities plainAbilities(const DriverAbilities &abilities);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
-// TRL20_EXPLAIN over the built backend. Each run is a process of its own, so that the files are complete when they are
-// looked at, and so that what is told on standard error can be read.
-#include "backend_fixture.h"
+// TRL20_EXPLAIN over the built backend.
+#include "application.h"
 
 #include "support/working_directory.h"
 
@@ -23,58 +22,9 @@ namespace {
 
 using std::filesystem::path;
 
-// The backend's functions outside a test of the fixture.
-struct Application : BackendTest {
-    void TestBody() override {}
-    using BackendTest::gl;
-    using BackendTest::makeContext;
-    using BackendTest::makeCurrent;
-    using BackendTest::makeProgram;
-
-    // Links the texts, which may be faulty.
-    GLuint link(const std::string &vertex, const std::string &fragment)
-    {
-        const GLuint program = gl.glCreateProgram();
-        gl.glBindAttribLocation(program, 0, "gles_Vertex");
-        for (const auto &[type, text] : {std::pair{GL_VERTEX_SHADER, &vertex}, {GL_FRAGMENT_SHADER, &fragment}}) {
-            const GLuint shader = gl.glCreateShader(static_cast<GLenum>(type));
-            const GLchar *source = text->c_str();
-            gl.glShaderSource(shader, 1, &source, nullptr);
-            gl.glCompileShader(shader);
-            gl.glAttachShader(program, shader);
-        }
-        gl.glLinkProgram(program);
-        return program;
-    }
-
-    void draw(GLuint program, GLenum mode = GL_TRIANGLE_STRIP, int times = 1)
-    {
-        static const GLfloat corners[] = {-1, -1, 1, -1, -1, 1, 1, 1};
-        gl.glUseProgram(program);
-        gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners);
-        gl.glEnableVertexAttribArray(0);
-        for (int i = 0; i < times; ++i)
-            gl.glDrawArrays(mode, 0, 4);
-    }
-};
-
-// Does the work in a process of its own, with a context current and TRL20_EXPLAIN set. `told` is a regular expression
-// for all of standard error.
 void runExplained(const path &folder, const std::function<void(Application &)> &work, const char *told = "^$")
 {
-    const auto child = [&] {
-        setenv("TRL20_EXPLAIN", folder.c_str(), 1);
-        setenv("MESA_SHADER_CACHE_DISABLE", "true", 1);
-        Application application;
-        if (application.makeContext()) work(application);
-        exit(testing::Test::HasFailure());
-    };
-    EXPECT_EXIT(child(), testing::ExitedWithCode(0), told);
-}
-
-std::string fragmentOf(int number)
-{
-    return "void main()\n{\n    gl_FragColor = vec4(" + std::to_string(number) + ".0);\n}\n";
+    runApplication({{"TRL20_EXPLAIN", folder}, {"MESA_SHADER_CACHE_DISABLE", "true"}}, work, told);
 }
 
 std::string summaryIn(const path &folder)
@@ -121,7 +71,8 @@ TEST(Explain, TheSummaryCountsDrawsSearchesAndBuilds)
     runExplained(folder.path, [](Application &app) {
         const GLuint one = app.link(kPlainVertex, fragmentOf(1));
         const GLuint two = app.link(kPlainVertex, fragmentOf(2));
-        app.draw(one, GL_TRIANGLE_STRIP, 3);
+        for (int i = 0; i < 3; ++i)
+            app.draw(one);
         app.draw(two, GL_LINES);
         app.draw(two, GL_POINTS);
         app.draw(one); // found again
@@ -138,7 +89,7 @@ TEST(Explain, TheSummaryCountsDrawsSearchesAndBuilds)
         summary,
         "programs  2 different, 2 builds by the driver in \\d+\\.\\d ms, first draws with them in \\d+\\.\\d ms");
     expectLine(summary, "library   4 searches for another program: 1 hit, 3 missed");
-    expectLine(summary, "backend   of those missed: 1 kept from before, 2 to be built");
+    expectLine(summary, "backend   of those missed: 1 kept from before, 0 loaded from files, 2 to be built");
     expectLine(summary, "1 draw without a program: they draw nothing");
     // number, frame, draw, seconds, builds, build ms, first draw ms, draws, vertices
     expectLine(summary, " +001 +0 +1 +\\d+\\.\\d+ +1 +\\d+\\.\\d +\\d+\\.\\d +4 +16  GL_TRIANGLE_STRIP");
@@ -195,6 +146,22 @@ TEST(Explain, AFailureShowsTheGeneratedLine)
     }
 }
 
+// A driver without wide lines gets another program for them.
+TEST(Explain, ProgramsForWideLinesHaveAFileOfTheirOwn)
+{
+    const TemporaryFolder folder;
+    writeFile(folder.path / "program-002-lines.txt", "old");
+    runApplication({{"TRL20_EXPLAIN", folder.path}, {"TRL20_DRIVER_LIMIT", "thin-lines"}}, [](Application &app) {
+        app.gl.glLineWidth(5.0f);
+        app.draw(app.link(kPlainVertex, fragmentOf(1)), GL_LINES);
+    });
+    const std::string file = readFile(folder.path / "program-001-lines.txt");
+    expectLine(file, "program 1, another one for its texts \\(lines\\): compiled and linked in .* ms");
+    EXPECT_NE(file.find("==== geometry shader, as handed to the driver, GLSL ES 3.20 ===="), std::string::npos) << file;
+    expectLine(summaryIn(folder.path), "programs  1 different, 2 builds by .*");
+    EXPECT_FALSE(std::filesystem::exists(folder.path / "program-002-lines.txt")) << "of an earlier run";
+}
+
 TEST(Explain, ContextsOnSeveralThreadsAreCountedTogether)
 {
     const TemporaryFolder folder;
@@ -230,13 +197,16 @@ TEST(Explain, ContextsOnSeveralThreadsAreCountedTogether)
 TEST(Explain, AnEarlierRunsProgramsGoAndOtherFilesStay)
 {
     const TemporaryFolder folder;
-    for (const char *name : {"program-001.txt", "program-007.txt", "program-1000.txt", "program-7.txt", "notes.txt"})
+    for (const char *name : {"program-001.txt", "program-007.txt", "program-1000.txt", "program-7.txt", "notes.txt",
+                             "program-003-lines.txt", "program-003-1.txt"})
         writeFile(folder.path / name, "old");
     runExplained(folder.path, [](Application &app) { app.draw(app.link(kPlainVertex, fragmentOf(1))); });
     EXPECT_EQ(readFile(folder.path / "program-001.txt").substr(0, 9), "program 1");
     EXPECT_FALSE(std::filesystem::exists(folder.path / "program-007.txt"));
     EXPECT_FALSE(std::filesystem::exists(folder.path / "program-1000.txt"));
-    EXPECT_EQ(readFile(folder.path / "program-7.txt"), "old") << "not a name that is written";
+    EXPECT_FALSE(std::filesystem::exists(folder.path / "program-003-lines.txt"));
+    for (const char *name : {"program-7.txt", "program-003-1.txt"}) // not names that are written
+        EXPECT_EQ(readFile(folder.path / name), "old");
     EXPECT_EQ(readFile(folder.path / "notes.txt"), "old");
 }
 
@@ -249,9 +219,7 @@ TEST(Explain, AFolderThatCannotBeUsedIsToldAndTheProgramRuns)
             bad,
             [](Application &app) {
                 app.draw(app.link(kPlainVertex, "void main() { gl_FragColor = vec4(0.0, 1.0, 0.0, 1.0); }"));
-                Pixel pixel{};
-                app.gl.glReadPixels(3, 3, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
-                EXPECT_EQ(pixel, (Pixel{0, 255, 0, 255}));
+                EXPECT_EQ(app.pixelAt(3, 3), (Pixel{0, 255, 0, 255}));
             },
             "^trl20: TRL20_EXPLAIN: cannot write to [^\n]*: [^\n]*; nothing is explained\n$");
     }
