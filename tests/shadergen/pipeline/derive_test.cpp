@@ -88,6 +88,7 @@ TEST_F(TextureKey, MatrixFormAndProjectionFollowTheMatrix)
         {"x into q", identityWith(3, 1), TEX_MATRIX_GENERAL, 1},
         {"y into q", identityWith(7, 1), TEX_MATRIX_GENERAL, 1},
         {"z into q", identityWith(11, 1), TEX_MATRIX_GENERAL, 1},
+        {"loaded identity after others", kIdentity, TEX_MATRIX_IDENTITY, 0},
     };
     for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
         enableUnit(unit);
