@@ -121,8 +121,7 @@ void printCountRow(const SceneResult &result)
                            : "NO");
     for (const Side side : {NATIVE, ES2})
         if (!result.unavailable[side].empty())
-            std::printf("%-9s%s: not drawn, this driver has no %s\n", "", kSideNames[side],
-                        result.unavailable[side].c_str());
+            std::printf("%-9s%s: not drawn, no %s here\n", "", kSideNames[side], result.unavailable[side].c_str());
     std::fflush(stdout);
 }
 

@@ -151,23 +151,67 @@ TEST(SceneTable, WritesItsTimesAsJson)
     EXPECT_EQ(values["scenes[0].pictures_agree"], "true");
 }
 
-// A copy of the table's program takes the programs beside it: here a hand-written ES 2 that draws another scene.
-TEST(SceneTable, FailsWhenThePicturesDiffer)
-{
+// A copy of the table's program takes the programs beside it: here the real ones or scripts in their place.
+class SceneTableOfScripts : public testing::Test {
+protected:
+    SceneTableOfScripts()
+    {
+        std::filesystem::create_directory(programs);
+        std::filesystem::create_symlink(kBuild.libraries, folder.path / "lib");
+        std::filesystem::copy(kBuild.programs + "/es1table", programs);
+        for (const char *name : {"es1bench", "es2bench"})
+            std::filesystem::create_symlink(kBuild.programs + "/" + name, programs / name);
+    }
+
+    void replaceProgram(const std::string &name, const std::string &script)
+    {
+        std::filesystem::remove(programs / name);
+        writeFile(programs / name, "#!/bin/sh\n" + script + "\n");
+        std::filesystem::permissions(programs / name, std::filesystem::perms::owner_all);
+    }
+
+    Outcome run(const std::string &options)
+    {
+        return runCommand((programs / "es1table").string() + " --no-instructions --out " + folder.path.string() + " " +
+                          options);
+    }
+
+    std::string valueInJson(const std::string &path)
+    {
+        JsonValues values;
+        const bool read = readJson(readFile(folder.path / "es1bench.json"), values);
+        return read ? values[path] : "no JSON";
+    }
+
     TemporaryFolder folder;
     const std::filesystem::path programs = folder.path / "bin";
-    std::filesystem::create_directory(programs);
-    std::filesystem::copy(kBuild.programs + "/es1table", programs);
-    std::filesystem::create_symlink(kBuild.libraries, folder.path / "lib");
-    std::filesystem::create_symlink(kBuild.programs + "/es1bench", programs / "es1bench");
-    writeFile(programs / "es2bench", "#!/bin/sh\nshift 2\nexec " + program("es2bench") + " --scene lights \"$@\"\n");
-    std::filesystem::permissions(programs / "es2bench", std::filesystem::perms::owner_all);
+};
 
-    const Outcome run = runCommand((programs / "es1table").string() +
-                                   " --scene same --rounds 0 --no-instructions --out " + folder.path.string());
-    EXPECT_EQ(run.status, 1);
-    EXPECT_NE(run.text.find("same by es2 and by ours differ"), std::string::npos) << run.text;
-    EXPECT_NE(readFile(folder.path / "es1bench.json").find("\"pictures_agree\": false"), std::string::npos);
+TEST_F(SceneTableOfScripts, FailsWhenThePicturesDiffer)
+{
+    replaceProgram("es2bench", "shift 2\nexec " + program("es2bench") + " --scene lights \"$@\"");
+    const Outcome outcome = run("--scene same --rounds 0");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.text.find("same by es2 and by ours differ"), std::string::npos) << outcome.text;
+    EXPECT_EQ(valueInJson("scenes[0].pictures_agree"), "false");
+}
+
+TEST_F(SceneTableOfScripts, FailsWhenASceneIsNotDrawn)
+{
+    replaceProgram("es2bench", "echo broken\nexit 1");
+    const Outcome outcome = run("--scene same --rounds 0");
+    EXPECT_EQ(outcome.status, 1);
+    EXPECT_NE(outcome.text.find("same was not drawn by es2:\nbroken"), std::string::npos) << outcome.text;
+}
+
+TEST_F(SceneTableOfScripts, ComparesTheOtherTwoWhereTheMachineHasNoEs1)
+{
+    replaceProgram("es1bench", "[ \"$LD_LIBRARY_PATH\" ] || exit 127\nexec " + program("es1bench") + " \"$@\"");
+    const Outcome outcome = run("--scene same --rounds 1");
+    EXPECT_EQ(outcome.status, 0) << outcome.text;
+    EXPECT_NE(outcome.text.find("native: not drawn, no OpenGL ES 1.1 here"), std::string::npos) << outcome.text;
+    EXPECT_EQ(valueInJson("scenes[0].native.unavailable"), "OpenGL ES 1.1");
+    EXPECT_EQ(valueInJson("scenes[0].es2.differing_pixels"), "0");
 }
 
 TEST(JsonReader, TellsJsonFromOtherTexts)
