@@ -12,19 +12,19 @@ need "$set_up"
 need_display "$@"
 
 program=$(find_program "$name")
-texts=$build/pictures/programs
-mkdir -p "$texts"
+text=$build/pictures/programs/$name.$platform
+mkdir -p "$(dirname "$text")"
 status=0 native_status=0
-natively "$program" >"$texts/$name.native.txt" 2>&1 || native_status=$?
-over_the_pair "$program" >"$texts/$name.txt" 2>&1 || status=$?
-[ $status -eq $native_status ] || { echo "status $status, natively $native_status"; cat "$texts/$name.txt"; exit 1; }
+natively "$program" >"$text.native.txt" 2>&1 || native_status=$?
+over_the_pair "$program" >"$text.txt" 2>&1 || status=$?
+[ $status -eq $native_status ] || { echo "status $status, natively $native_status"; cat "$text.txt"; exit 1; }
 
 compared() { if [ -n "$without" ]; then grep -vE -- "$without" "$1"; else cat "$1"; fi; }
-diff -U 2 --label native --label "over the pair" <(compared "$texts/$name.native.txt") <(compared "$texts/$name.txt")
-if [ -n "$without" ] && diff -q <(grep -E -- "$without" "$texts/$name.native.txt") \
-    <(grep -E -- "$without" "$texts/$name.txt") >/dev/null; then
+diff -U 2 --label native --label "over the pair" <(compared "$text.native.txt") <(compared "$text.txt")
+if [ -n "$without" ] && diff -q <(grep -E -- "$without" "$text.native.txt") \
+    <(grep -E -- "$without" "$text.txt") >/dev/null; then
     echo "the library was not in use"
     exit 1
 fi
-[ "$(compared "$texts/$name.txt" | wc -l)" -gt 0 ] || { echo "nothing was printed"; exit 1; }
-echo "$(compared "$texts/$name.txt" | wc -l) lines are equal"
+[ "$(compared "$text.txt" | wc -l)" -gt 0 ] || { echo "nothing was printed"; exit 1; }
+echo "$(compared "$text.txt" | wc -l) lines are equal"

@@ -26,18 +26,19 @@ binary_lists() {
     [ -n "$(ls "$folder"/apt/binary/lists/*Packages* 2>/dev/null)" ] && touch "$folder/apt/binary/updated"
 }
 
-# The packages are unpacked into FOLDER/root, or only what the pattern names.
-unpack() { # PATTERN PACKAGE...
-    local pattern=$1 package file
-    shift
+# What a pattern names of packages is unpacked into a folder of FOLDER.
+unpack() { # ROOT PATTERN PACKAGE...
+    local root=$folder/$1 pattern=$2 file
+    shift 2
     binary_lists || return 1
-    mkdir -p "$folder/debs" "$folder/root"
-    for package in "$@"; do
-        (cd "$folder/debs" && apt_get binary download "$package") || return 1
-        file=$(ls "$folder/debs/${package}"_*.deb) || return 1
-        dpkg-deb --fsys-tarfile "$file" | tar -x -C "$folder/root" --wildcards "$pattern" || return 1
-        rm "$file"
+    rm -rf "$folder/debs"
+    mkdir -p "$folder/debs" "$root"
+    (cd "$folder/debs" && apt_get binary download "$@") || return 1
+    for file in "$folder"/debs/*.deb; do
+        # A package may have nothing of that name.
+        dpkg-deb --fsys-tarfile "$file" | tar -x -C "$root" --wildcards "$pattern" 2>>"$folder/log"
     done
+    rm -r "$folder/debs"
 }
 
 # A source package of this machine's suite, or else of a later one. Its upstream part is enough: Debian's own changes
@@ -85,17 +86,17 @@ set_up_mesa_demos() {
 }
 
 set_up_mesa_utils() {
-    unpack './usr/bin/*' mesa-utils-bin || { echo "Debian's package mesa-utils-bin cannot be had"; return 1; }
+    unpack root './usr/bin/*' mesa-utils-bin || { echo "Debian's package mesa-utils-bin cannot be had"; return 1; }
 }
 
 set_up_piglit() {
-    unpack './usr/lib/*/libwaffle*' libwaffle-1-0 || { echo "Debian's package libwaffle-1-0 cannot be had"; return 1; }
-    unpack './usr/lib/*/piglit/[bl]i[nb]/*' piglit || { echo "Debian's package piglit cannot be had"; return 1; }
+    unpack root './usr/lib/*/libwaffle*' libwaffle-1-0 || { echo "Debian's package libwaffle-1-0 cannot be had"; return 1; }
+    unpack root './usr/lib/*/piglit/[bl]i[nb]/*' piglit || { echo "Debian's package piglit cannot be had"; return 1; }
 }
 
 set_up_glfw() {
     local multiarch
-    unpack './usr/*' libglfw3 && unpack './usr/*' libglfw3-dev ||
+    unpack root './usr/*' libglfw3 libglfw3-dev ||
         { echo "Debian's packages of GLFW cannot be had"; return 1; }
     multiarch=$(dirname "$(ls "$folder"/root/usr/lib/*/libglfw.so.3)")
     mkdir -p "$folder/bin"
@@ -103,11 +104,17 @@ set_up_glfw() {
         -L"$multiarch" -lglfw -lGLESv1_CM -lm || { echo "the GLFW program cannot be built"; return 1; }
 }
 
+# A Wayland compositor with what it needs for running without a screen, and GLFW for it.
+set_up_wayland() {
+    unpack wayland './usr/*' weston libweston-10-0 libevdev2 libinput10 libmtdev1 libgudev-1.0-0 libwacom9 \
+        libwayland-cursor0 libwayland-egl1 libglfw3-wayland || { echo "Debian's package weston cannot be had"; return 1; }
+}
+
 command -v apt-get >/dev/null && command -v dpkg-deb >/dev/null ||
     { echo "skipped: this is no Debian system"; exit $skipped; }
 status=0
 : >"$folder/log"
-for name in mesa_demos mesa_utils piglit glfw; do
+for name in mesa_demos mesa_utils piglit glfw wayland; do
     # A change of this script or of a program of ours sets up anew.
     [ "$folder/$name.ready" -nt "${BASH_SOURCE[0]}" ] && [ "$folder/$name.ready" -nt "$here/glfw_es1.c" ] && continue
     rm -f "$folder/$name.ready"
