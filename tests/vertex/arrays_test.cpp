@@ -265,6 +265,32 @@ TEST_F(Arrays, AClientUnitOutOfRangeIsAnAssertion)
     expectStart(ctx->arrays.texCoord[0], 4);
 }
 
+TEST_F(Arrays, ADeletedBufferIsForgottenByEachArrayAndByBothBindings)
+{
+    ArrayState &arrays = ctx->arrays;
+    ClientArray *const all[] = {&arrays.vertex,      &arrays.normal,      &arrays.color,  &arrays.texCoord[0],
+                                &arrays.texCoord[1], &arrays.matrixIndex, &arrays.weight, &arrays.pointSize};
+    for (size_t i = 0; i < 8; ++i) {
+        all[i]->buffer = static_cast<GLuint>(i + 1);
+        all[i]->pointer = kPointer;
+    }
+    for (GLuint name = 1; name <= 8; ++name) {
+        SCOPED_TRACE(name);
+        glBindBuffer(GL_ARRAY_BUFFER, name);
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 9);
+        glDeleteBuffers(1, &name);
+        EXPECT_EQ(arrays.arrayBuffer, 0u);
+        EXPECT_EQ(arrays.elementArrayBuffer, 9u);
+        for (size_t i = 0; i < 8; ++i) {
+            EXPECT_EQ(all[i]->buffer, i < name ? 0u : i + 1);
+            EXPECT_EQ(all[i]->pointer, i < name ? nullptr : kPointer);
+        }
+    }
+    const GLuint elements = 9;
+    glDeleteBuffers(1, &elements);
+    EXPECT_EQ(arrays.elementArrayBuffer, 0u);
+}
+
 TEST_F(Arrays, NothingHappensWithoutAContextOrInInterfaceOnlyMode)
 {
     expectInert(*context, {

@@ -158,13 +158,13 @@ TEST_F(TransformKey, RescaleTakesTheLengthOfTheInverseThirdRow)
     deriveShaderState(ctx);
     expectNormalMatrix({0.5f, 0, 0, 0, 0.25f, 0, 0, 0, 0.125f});
     glEnable(GL_RESCALE_NORMAL);
-    // Sheared: the inverse's third row is (-0.5, -0.5, 0.25), of length 3/4.
-    const Matrix16 sheared = {{1, 0, 2, 0, 0, 1, 2, 0, 0, 0, 4, 0, 0, 0, 0, 1}};
+    // Sheared: the inverse's third row is (-0.5, -0.25, 0.125), of length sqrt(21)/8.
+    const Matrix16 sheared = {{1, 0, 4, 0, 0, 1, 2, 0, 0, 0, 8, 0, 0, 0, 0, 1}};
     glLoadMatrixf(sheared.m);
     ctx->transform.top[STACK_MODELVIEW]->flags = MATRIX_ANISOSCALE | MATRIX_FLOAT;
     deriveShaderState(ctx);
-    const float f = 4.0f / 3.0f;
-    expectNormalMatrix({f, 0, 0, 0, f, 0, -0.5f * f, -0.5f * f, 0.25f * f});
+    const float f = 8 / std::sqrt(21.0f);
+    expectNormalMatrix({f, 0, 0, 0, f, 0, -0.5f * f, -0.25f * f, 0.125f * f});
 }
 
 TEST_F(TransformKey, NormalMatrixWaitsForADrawThatNeedsIt)
