@@ -14,7 +14,7 @@ target_link_libraries(es2bench PRIVATE scene_frame GLESv2)
 
 # Runs the two and prints the table.
 find_package(Threads REQUIRED)
-add_executable(es1table ${es1}/es1table.cpp ${es1}/measure.cpp ${es1}/report.cpp
+add_executable(es1table ${es1}/es1table.cpp ${es1}/measure.cpp ${es1}/profile.cpp ${es1}/report.cpp
   ${CMAKE_SOURCE_DIR}/tests/pictures/image.cpp)
 target_include_directories(es1table PRIVATE ${CMAKE_CURRENT_LIST_DIR} ${CMAKE_SOURCE_DIR}/tests)
 target_link_libraries(es1table PRIVATE PNG::PNG Threads::Threads)

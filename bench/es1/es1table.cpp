@@ -29,7 +29,7 @@ struct Options {
 void printUsage()
 {
     std::printf("usage: es1table --out FOLDER [--scene NAME]... [--rounds N] [--no-instructions]\n"
-                "  --out FOLDER       where es1bench.json and the pictures go\n"
+                "  --out FOLDER       where es1bench.json, pictures and profiles go\n"
                 "  --scene NAME       this scene only, or these\n"
                 "  --rounds N         timed runs of each side, 5 when not given; 0: no times\n"
                 "  --no-instructions  times only\n");
@@ -104,14 +104,16 @@ std::string comparePictures(const Build &build, const std::string &out, SceneRes
 }
 
 // Counts do not depend on the machine's load, so all sides are counted at once.
-void countAll(const Build &build, SceneResult &result)
+void countAll(const Build &build, const std::string &out, SceneResult &result)
 {
-    std::future<double> counts[SIDES];
+    std::future<Cost> counts[SIDES];
+    for (const Side side : {NATIVE, ES2, OURS}) {
+        if (!result.unavailable[side].empty()) continue;
+        const std::string profile = out + "/" + result.scene.name + "." + kSideNames[side] + ".callgrind";
+        counts[side] = std::async(std::launch::async, countInstructions, build, side, result.scene, profile);
+    }
     for (const Side side : {NATIVE, ES2, OURS})
-        if (result.unavailable[side].empty())
-            counts[side] = std::async(std::launch::async, countInstructions, build, side, result.scene);
-    for (const Side side : {NATIVE, ES2, OURS})
-        if (counts[side].valid()) result.costs[side].instructions = counts[side].get();
+        if (counts[side].valid()) result.costs[side] = counts[side].get();
 }
 
 double median(std::vector<double> values)
@@ -160,7 +162,9 @@ int measureAll(const Options &options)
 {
     const Build build = findBuild();
     const std::string pictures = options.out + "/pictures";
+    const std::string profiles = options.out + "/profiles";
     std::filesystem::create_directories(pictures);
+    std::filesystem::create_directories(profiles);
     const std::string notCounted = options.instructions ? whyNotCounted(build) : "not asked for";
     if (!notCounted.empty()) std::printf("instructions are not counted: %s\n", notCounted.c_str());
 
@@ -175,7 +179,7 @@ int measureAll(const Options &options)
         SceneResult &result = results.emplace_back(SceneResult{.scene = row});
         result.unavailable[NATIVE] = nativeLacks;
         renderer = comparePictures(build, pictures, result);
-        if (notCounted.empty()) countAll(build, result);
+        if (notCounted.empty()) countAll(build, profiles, result);
         printCountRow(result);
     }
     if (options.rounds) printTimeHead(options.rounds);

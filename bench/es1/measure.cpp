@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "es1/measure.h"
 
+#include "es1/profile.h"
+
 #include <sys/wait.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 namespace {
@@ -34,6 +37,13 @@ Outcome runOrThrow(const std::string &command)
     const Outcome run = runCommand(command);
     if (run.status != 0) throw std::runtime_error(command + " failed:\n" + run.text);
     return run;
+}
+
+Part partOf(const Build &build, const std::string &path)
+{
+    if (path.starts_with(build.programs + "/")) return PROGRAM;
+    if (!path.starts_with(build.libraries + "/")) return DRIVER;
+    return path.find("/libGLESv2.so") != std::string::npos ? BACKEND : LIBRARY;
 }
 
 double numberAfter(const std::string &text, const std::string &key)
@@ -83,17 +93,21 @@ std::string whyNotCounted(const Build &build)
     return valueOf(run.text, "renderer") == "NOOP" ? "" : "this driver cannot be told to draw nothing";
 }
 
-double countInstructions(const Build &build, Side side, const SceneRow &scene)
+Cost countInstructions(const Build &build, Side side, const SceneRow &scene, const std::string &profile)
 {
     // The program itself starts and stops the counting.
-    const std::string counted =
-        kDrawNothing + " valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file=/dev/null";
-    const std::string command = sceneCommand(build, side, scene, counted);
-    const std::string text = runOrThrow(command + " --time --draws " + std::to_string(kCountedDraws)).text;
-    const std::string key = "Collected : ";
-    const size_t found = text.find(key);
-    if (found == std::string::npos) throw std::runtime_error("callgrind gave no count:\n" + text);
-    return std::strtod(text.c_str() + found + key.size(), nullptr) / kCountedDraws;
+    const std::string counted = kDrawNothing + " valgrind --tool=callgrind --instr-atstart=no --callgrind-out-file=";
+    const std::string command = sceneCommand(build, side, scene, counted + quoted(profile));
+    runOrThrow(command + " --time --draws " + std::to_string(kCountedDraws));
+
+    Cost cost;
+    std::ifstream file(profile);
+    for (const auto &[path, instructions] : instructionsByFile(file)) {
+        cost.parts[partOf(build, path)] += instructions / kCountedDraws;
+        cost.instructions += instructions / kCountedDraws;
+    }
+    if (cost.parts[PROGRAM] <= 0.0) throw std::runtime_error("callgrind counted nothing in " + profile);
+    return cost;
 }
 
 int drawsForTiming(const Build &build, Side side, const SceneRow &scene)
@@ -107,5 +121,8 @@ Cost timeDraws(const Build &build, Side side, const SceneRow &scene, int draws)
 {
     const std::string command = sceneCommand(build, side, scene) + " --time --draws " + std::to_string(draws);
     const std::string text = runOrThrow(command).text;
-    return {.wallNs = numberAfter(text, "wall_ns"), .cpuNs = numberAfter(text, "cpu_ns")};
+    Cost cost;
+    cost.wallNs = numberAfter(text, "wall_ns");
+    cost.cpuNs = numberAfter(text, "cpu_ns");
+    return cost;
 }

@@ -17,11 +17,16 @@ struct SceneRow {
     int budget; // instructions per draw, 0: none
 };
 
+/// Whose instructions they are. The library is ours with libvsp; the driver is everything that is not of this build:
+/// the driver's libraries, the C library and Mesa's generated jump table.
+enum Part { PROGRAM, LIBRARY, BACKEND, DRIVER, PARTS };
+
 /// Cost of a draw. 0: not measured.
 struct Cost {
     double instructions = 0.0;
-    double wallNs = 0.0; // median of several runs
-    double cpuNs = 0.0;  // of all threads, median
+    double parts[PARTS] = {}; // of the instructions
+    double wallNs = 0.0;      // median of several runs
+    double cpuNs = 0.0;       // of all threads, median
 };
 
 /// Where the programs and the libraries of the build are.
@@ -52,8 +57,8 @@ std::string whyNotCounted(const Build &build);
 
 /// Instructions of a draw over the driver that draws nothing: callgrind's count of the program's loop and of all that
 /// it calls, in every thread, divided by the draws. As many draws before it have compiled every program; they, start-up
-/// and the end are not counted. Throws std::runtime_error when the run fails.
-double countInstructions(const Build &build, Side side, const SceneRow &scene);
+/// and the end are not counted. Leaves callgrind's profile in the file. Throws std::runtime_error when the run fails.
+Cost countInstructions(const Build &build, Side side, const SceneRow &scene, const std::string &profile);
 
 /// Draws that take about a tenth of a second by the side. Throws std::runtime_error when the run fails.
 int drawsForTiming(const Build &build, Side side, const SceneRow &scene);

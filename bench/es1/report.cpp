@@ -25,6 +25,9 @@ std::string ratioText(double a, double b)
 
 constexpr char kCostHead[] = "  native      es2     ours /native  /es2";
 
+// Whose instructions those of ours are.
+constexpr const char *kPartNames[PARTS] = {"program", "library", "backend", "driver"};
+
 // The cells of three sides and of the ratios of ours to the two others.
 std::string costCells(const double (&values)[SIDES], int decimals)
 {
@@ -56,7 +59,11 @@ std::string jsonSide(const SceneResult &result, Side side)
 {
     if (!result.unavailable[side].empty()) return "{\"unavailable\": " + jsonString(result.unavailable[side]) + "}";
     const Cost &cost = result.costs[side];
-    return "{\"instructions\": " + jsonNumber(cost.instructions) + ", \"wall_ns\": " + jsonNumber(cost.wallNs) +
+    std::string parts;
+    for (int part = 0; part < PARTS; ++part)
+        parts +=
+            ", " + jsonString(std::string("instructions_") + kPartNames[part]) + ": " + jsonNumber(cost.parts[part]);
+    return "{\"instructions\": " + jsonNumber(cost.instructions) + parts + ", \"wall_ns\": " + jsonNumber(cost.wallNs) +
            ", \"cpu_ns\": " + jsonNumber(cost.cpuNs) +
            ", \"differing_pixels\": " + std::to_string(result.fromOurs[side].pixels) +
            ", \"largest_difference\": " + std::to_string(result.fromOurs[side].most) + "}";
@@ -103,8 +110,11 @@ Machine describeMachine(const std::string &renderer)
 
 void printCountHead()
 {
-    std::printf("instructions per draw, over the driver that draws nothing\n%-50s %s  budget reached\n", "scene",
+    std::printf("instructions per draw, over the driver that draws nothing\n%-50s %s  budget reached |", "scene",
                 kCostHead);
+    for (const char *name : kPartNames)
+        std::printf(" %7s", name);
+    std::printf("\n");
 }
 
 void printCountRow(const SceneResult &result)
@@ -114,11 +124,14 @@ void printCountRow(const SceneResult &result)
     for (const Side side : {NATIVE, ES2, OURS})
         instructions[side] = result.costs[side].instructions;
     const std::optional<bool> reached = reachedBudget(result);
-    std::printf("%-9s%-41s %s %7s %7s\n", scene.name, scene.title, costCells(instructions, 0).c_str(),
+    std::printf("%-9s%-41s %s %7s %7s |", scene.name, scene.title, costCells(instructions, 0).c_str(),
                 scene.budget ? std::to_string(scene.budget).c_str() : "-",
                 !reached   ? "-"
                 : *reached ? "yes"
                            : "NO");
+    for (const double part : result.costs[OURS].parts)
+        std::printf(" %7s", numberText(part, 0).c_str());
+    std::printf("\n");
     for (const Side side : {NATIVE, ES2})
         if (!result.unavailable[side].empty())
             std::printf("%-9s%s: not drawn, no %s here\n", "", kSideNames[side], result.unavailable[side].c_str());

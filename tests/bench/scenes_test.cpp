@@ -2,6 +2,7 @@
 // The benchmark's scenes: the three ways to draw them give one picture, else their costs could not be compared.
 #include "bench/json_reader.h"
 #include "es1/measure.h"
+#include "es1/profile.h"
 #include "pictures/image.h"
 #include "support/working_directory.h"
 
@@ -212,6 +213,18 @@ TEST_F(SceneTableOfScripts, ComparesTheOtherTwoWhereTheMachineHasNoEs1)
     EXPECT_NE(outcome.text.find("native: not drawn, no OpenGL ES 1.1 here"), std::string::npos) << outcome.text;
     EXPECT_EQ(valueInJson("scenes[0].native.unavailable"), "OpenGL ES 1.1");
     EXPECT_EQ(valueInJson("scenes[0].es2.differing_pixels"), "0");
+}
+
+// As callgrind writes it: names in short from their second use on, costs of calls after "calls=".
+TEST(Profile, CountsEachFileWithoutItsCalls)
+{
+    std::istringstream profile("events: Ir\n\n"
+                               "ob=(1) /bin/program\nfl=(1) ???\nfn=(1) draw\n0 100\n+3 20\n"
+                               "cob=(2) /lib/driver.so\ncfn=(2) glDraw\ncalls=5 0\n* 5000\n0 3\n\n"
+                               "ob=(2)\nfn=(2)\n-1 4000\ncfn=(3) inner\ncalls=1 0\n0 1000\n\nfn=(3)\n0 1000\n\n"
+                               "ob=(1)\nfn=(4) other\n7 1\n\ntotals: 5124\n");
+    const std::map<std::string, double> expected = {{"/bin/program", 124}, {"/lib/driver.so", 5000}};
+    EXPECT_EQ(instructionsByFile(profile), expected);
 }
 
 TEST(JsonReader, TellsJsonFromOtherTexts)
