@@ -6,6 +6,7 @@
 #include "driver_abilities.h"
 #include "etc1.h"
 #include "paletted.h"
+#include "texture_levels.h"
 
 void uploadPacked(GLenum target, GLint level, GLenum format, GLenum type, GLsizei width, GLsizei height,
                   const void *texels)
@@ -32,6 +33,18 @@ static void uploadEtc1(GLenum target, GLint level, GLsizei width, GLsizei height
     uploadPacked(target, level, GL_RGB, GL_UNSIGNED_BYTE, width, height, image.data());
 }
 
+// The driver's own formats. Before level queries there is no other way to know the level's size later.
+static void uploadCompressed(GLenum target, GLint level, GLenum format, GLsizei width, GLsizei height, GLint border,
+                             GLsizei size, const void *bytes)
+{
+    driver.glCompressedTexImage2D(target, level, format, width, height, border, size, bytes);
+    if (currentContext->group->abilities.levelQueries || !findTextureTarget(target)) return;
+    const GLenum error = driver.glGetError();
+    if (error != GL_NO_ERROR) return raiseError(error);
+    const GLenum base = format == GL_ETC1_RGB8_OES ? GL_RGB : GL_RGBA;
+    noteLevel(target, level, {.width = width, .height = height, .format = base});
+}
+
 void GL_APIENTRY glCompressedTexImage2D(GLenum target, GLint level, GLenum format, GLsizei width, GLsizei height,
                                         GLint border, GLsizei size, const void *bytes)
 {
@@ -41,7 +54,7 @@ void GL_APIENTRY glCompressedTexImage2D(GLenum target, GLint level, GLenum forma
     else if (isDecodedEtc1(format))
         uploadEtc1(target, level, width, height, border, size, bytes);
     else
-        driver.glCompressedTexImage2D(target, level, format, width, height, border, size, bytes);
+        uploadCompressed(target, level, format, width, height, border, size, bytes);
 }
 
 void GL_APIENTRY glCompressedTexSubImage2D(GLenum target, GLint level, GLint x, GLint y, GLsizei width, GLsizei height,

@@ -37,6 +37,7 @@ DriverAbilities readDriverAbilities()
     abilities.essl300 = version > 2.99;
     abilities.externalImageEssl300 = hasExtension(extensions, "GL_OES_EGL_image_external_essl3");
     abilities.geometryEssl320 = version > 3.19;
+    abilities.levelQueries = version > 3.09 && driver.glGetTexLevelParameteriv;
     if (version > 3.09) {
         for (const char *name : {"GL_EXT_geometry_shader", "GL_OES_geometry_shader"}) {
             if (hasExtension(extensions, name)) abilities.geometryExtensionEssl310 = name;

@@ -5,16 +5,8 @@
 
 #include "gl_api.h"
 
-#include <map>
 #include <mutex>
 #include <set>
-
-/// One level of a texture.
-struct TextureLevel {
-    GLint width; // texels
-    GLint height;
-    GLenum format; // as glTexImage2D names it: GL_ALPHA, GL_RGB, GL_RGBA, GL_LUMINANCE, GL_LUMINANCE_ALPHA
-};
 
 /// Names used by any context of a share group.
 struct SharedNames {
@@ -22,7 +14,6 @@ struct SharedNames {
     std::set<GLuint> textures;
     std::set<GLuint> buffers;
     std::set<GLuint> renderbuffers;
-    std::map<GLuint, TextureLevel> externalImages; // of external textures, when they were last given one
 };
 
 /// Names that a context has noted already, by their low bits, so that binding one again costs a comparison.

@@ -6,6 +6,7 @@
 
 #include "buffer_copies.h"
 #include "gl_api.h"
+#include "noted_levels.h"
 #include "object_names.h"
 #include "translator.h"
 
@@ -147,6 +148,7 @@ struct ShareGroup {
     std::unordered_map<GLuint, ShaderObject *> shaders;
     std::unordered_map<GLuint, ProgramObject *> programs;
     ProgramKeeper keeper;
+    NotedLevels notedLevels;
     SharedNames names; // of the other objects; has a lock of its own
     bool abilitiesKnown;
     DriverAbilities abilities;

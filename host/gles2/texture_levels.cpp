@@ -42,23 +42,24 @@ static GLenum baseFormat(GLenum target, GLint level, GLint sized)
     return alpha ? GL_RGBA : GL_RGB;
 }
 
-// False for a driver that does not answer: before OpenGL ES 3.1 the function may be there without a meaning.
-static bool askForLevel(GLenum target, GLint level, TextureLevel &found)
+static TextureLevel askForLevel(GLenum target, GLint level)
 {
-    if (!driver.glGetTexLevelParameteriv) return false;
+    TextureLevel found{};
     GLint format = 0;
     driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_WIDTH, &found.width);
     driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_HEIGHT, &found.height);
     driver.glGetTexLevelParameteriv(target, level, GL_TEXTURE_INTERNAL_FORMAT, &format);
     if (found.width) found.format = baseFormat(target, level, format);
-    return driver.glGetError() == GL_NO_ERROR;
+    driver.glGetError(); // of a level that cannot be
+    return found;
 }
 
 TextureLevel readTextureLevel(GLenum imageTarget, GLint level)
 {
-    if (imageTarget == GL_TEXTURE_EXTERNAL_OES) return level == 0 ? findExternalImage() : TextureLevel{};
-    TextureLevel found{};
-    return askForLevel(imageTarget, level, found) ? found : probeLevel(imageTarget, level);
+    if (imageTarget == GL_TEXTURE_EXTERNAL_OES) return findNotedLevel(imageTarget, level);
+    if (currentContext->group->abilities.levelQueries) return askForLevel(imageTarget, level);
+    const TextureLevel found = probeLevel(imageTarget, level);
+    return found.width ? found : findNotedLevel(imageTarget, level); // compressed levels refuse every upload
 }
 
 static GLint valueOf(const TextureLevel &level, GLenum pname)

@@ -16,6 +16,3 @@ const TextureTarget *findTextureTarget(GLenum imageTarget);
 /// Size and format of a level of the texture bound at an image target; zeros for one that is not there, or that the
 /// driver tells nothing about. Errors of the driver are taken, so none may be pending.
 TextureLevel readTextureLevel(GLenum imageTarget, GLint level);
-
-/// What the image of the external texture that is bound was when it was given: see external_images.cpp.
-TextureLevel findExternalImage();

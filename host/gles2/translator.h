@@ -25,6 +25,7 @@ struct DriverAbilities {
     bool externalImageEssl300 = false;         // GL_OES_EGL_image_external_essl3
     bool geometryEssl320 = false;              // #version 320 es, with geometry shaders in it
     std::string geometryExtensionEssl310 = {}; // geometry shaders as an extension of 310 es: its name; empty = none
+    bool levelQueries = false;                 // glGetTexLevelParameteriv, OpenGL ES 3.1
     float widestLine = 1.0f;                   // pixels
     std::string framebufferFetch = {};         // the extension by which fragments read the colour buffer; empty = none
     int vertexAttributes = 8;                  // of one vertex

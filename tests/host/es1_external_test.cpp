@@ -86,6 +86,14 @@ TEST_F(External, AnotherImageCountsFromThenOn)
     EXPECT_EQ(drawReplaced(), (Pixel{1, 2, 3, 51})) << "a refused image changes nothing";
 }
 
+TEST_F(External, ADeletedTexturesNameStartsAnew)
+{
+    const GLuint texture = makeExternal(GL_RGBA, {10, 20, 30, 153});
+    glDeleteTextures(1, &texture);
+    glBindTexture(GL_TEXTURE_EXTERNAL_OES, texture);
+    EXPECT_EQ(level(texture, GL_TEXTURE_WIDTH_QRN), 0);
+}
+
 TEST_F(External, TheTextureOfTheOrdinaryKindStaysBound)
 {
     makeExternal(GL_RGBA, {10, 20, 30, 153});
