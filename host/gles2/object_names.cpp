@@ -120,3 +120,14 @@ void GL_APIENTRY glGetProgramsQRN(GLuint *programs, GLint room, GLint *count)
     const std::lock_guard<std::mutex> guard(context->group->lock);
     list(namesOf(context->group->programs), isAny, programs, room, count);
 }
+
+// Programs kept between runs are loaded as binaries. Like every question whether a name is something, it has no errors.
+GLboolean GL_APIENTRY glIsProgramBinaryQRN(GLuint name)
+{
+    Context *context = currentContext;
+    if (!context) return GL_FALSE;
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const auto found = context->group->programs.find(name);
+    if (found == context->group->programs.end() || !found->second->linkOk) return GL_FALSE;
+    return found->second->linked->result.loaded;
+}

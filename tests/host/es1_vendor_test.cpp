@@ -117,7 +117,6 @@ TEST_F(Vendor, ProgramsAreThoseMadeForTheStatesDrawn)
     drawSquare();
     const Names programs = listed(glGetProgramsQRN);
     EXPECT_EQ(programs.size(), 2u);
-    EXPECT_EQ(glIsProgramBinaryQRN(programs[0]), GL_FALSE);
     EXPECT_EQ(listed(glGetShadersQRN).size(), 4u) << "two of each program";
 }
 
