@@ -18,11 +18,11 @@ struct Application : BackendTest {
     using BackendTest::makeCurrent;
     using BackendTest::pixelAt;
 
-    /// Links the texts, which may be faulty.
-    GLuint link(const std::string &vertex, const std::string &fragment)
+    /// Links the texts, which may be faulty, with the position at this attribute.
+    GLuint link(const std::string &vertex, const std::string &fragment, GLuint position = 0)
     {
         const GLuint program = gl.glCreateProgram();
-        gl.glBindAttribLocation(program, 0, "gles_Vertex");
+        gl.glBindAttribLocation(program, position, "gles_Vertex");
         for (const auto &[type, text] : {std::pair{GL_VERTEX_SHADER, &vertex}, {GL_FRAGMENT_SHADER, &fragment}}) {
             const GLuint shader = gl.glCreateShader(static_cast<GLenum>(type));
             const GLchar *source = text->c_str();

@@ -156,21 +156,11 @@ TEST_F(StoredPrograms, BindingsTextsAndStagesArePartOfTheKey)
 {
     const std::string lines = "\n#extension GL_QRN_line_coord : require\n\nvoid main()\n{\n"
                               "    gl_FragColor = vec4(1.0, gl_LineCoord.y, 0.0, 1.0);\n}\n";
-    const auto linkBound = [](Application &app, GLuint index) {
-        const GLuint program = app.gl.glCreateProgram();
-        app.gl.glBindAttribLocation(program, index, "gles_Vertex");
-        for (const auto &[type, text] : {std::pair{GL_VERTEX_SHADER, kPlainVertex}, {GL_FRAGMENT_SHADER, kGreen}}) {
-            const GLuint shader = app.gl.glCreateShader(static_cast<GLenum>(type));
-            app.gl.glShaderSource(shader, 1, &text, nullptr);
-            app.gl.glCompileShader(shader);
-            app.gl.glAttachShader(program, shader);
-        }
-        app.gl.glLinkProgram(program);
-        EXPECT_EQ(app.gl.glGetAttribLocation(program, "gles_Vertex"), static_cast<GLint>(index));
-    };
     const auto work = [&](Application &app) {
-        linkBound(app, 0);
-        linkBound(app, 5);
+        for (const GLuint position : {0u, 5u}) {
+            const GLuint program = app.link(kPlainVertex, kGreen, position);
+            EXPECT_EQ(app.gl.glGetAttribLocation(program, "gles_Vertex"), static_cast<GLint>(position));
+        }
         app.link(kPlainVertex, fragmentOf(1));
         const GLuint program = app.link(kPlainVertex, lines);
         app.gl.glLineWidth(4.0f);
