@@ -132,6 +132,9 @@ static void drawExpanded(Context *context, const DrawCall &call, bool logicOp)
     const Expansion expansion = missingExpansion(context, call.mode);
     if (logicOp && drawWithExpanded(context, call, expansion, true)) return;
     if (expansion != Expansion::None && drawWithExpanded(context, call, expansion, false)) return;
+    // Lines that cannot be widened may still have their flat colours.
+    const bool flat = expansion == Expansion::Lines && context->program->flatLost;
+    if (flat && drawWithExpanded(context, call, Expansion::FlatShading, false)) return;
     if (!context->program->expandsLines) return drawInDriver(call);
 
     loadLineUniforms(context, context->program->lines, context->lineWidth);

@@ -116,9 +116,10 @@ DriverAbilities driverAbilities()
     return abilities;
 }
 
-std::string buildProgram(const std::string &vertex, const std::string &fragment, const DriverAbilities &abilities)
+std::string buildProgram(const std::string &vertex, const std::string &fragment, const DriverAbilities &abilities,
+                         Expansion expansion)
 {
-    const TranslatedProgram texts = translateProgram(vertex, fragment, abilities);
+    const TranslatedProgram texts = translateProgram(vertex, fragment, abilities, expansion);
     std::string complaint;
     const GLuint program = gl.createProgram();
     addStage(program, GL_VERTEX_SHADER, texts.vertex, complaint);

@@ -16,4 +16,5 @@ void closeDriver();
 DriverAbilities driverAbilities();
 
 /// Translates, compiles and links the two texts. Returns "" or the driver's complaint. What it made is deleted.
-std::string buildProgram(const std::string &vertex, const std::string &fragment, const DriverAbilities &abilities);
+std::string buildProgram(const std::string &vertex, const std::string &fragment, const DriverAbilities &abilities,
+                         Expansion expansion = Expansion::None);

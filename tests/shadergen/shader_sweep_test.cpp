@@ -45,7 +45,7 @@ protected:
         const std::string vertex = vertexText(key);
         const std::string fragment = fragmentText(key);
         if (!built.insert(std::hash<std::string>()(vertex + '\0' + fragment)).second) return;
-        ASSERT_EQ(buildProgram(vertex, fragment, abilities), "");
+        ASSERT_EQ(buildProgram(vertex, fragment, abilities, expansion), "");
     }
 
     void buildRandomStates(uint32_t seed, int count)
@@ -57,6 +57,16 @@ protected:
                 choices[aspect] = static_cast<uint8_t>(random() % aspectValues(aspect));
             ASSERT_NO_FATAL_FAILURE(build(choices));
         }
+    }
+
+    // The translator's way for a driver that has GLSL ES 1.00 only.
+    void buildInTheOldestLanguage(uint32_t seed, int count, Expansion wanted)
+    {
+        const DriverAbilities all = abilities;
+        abilities = {.fragmentHighp = all.fragmentHighp};
+        expansion = wanted;
+        buildRandomStates(seed, count);
+        abilities = all;
     }
 
     // Every pair of values of two different aspects, of which the first is in the given range.
@@ -76,6 +86,7 @@ protected:
     }
 
     static DriverAbilities abilities;
+    Expansion expansion = Expansion::None;
     std::set<size_t> built;
 };
 
@@ -111,14 +122,20 @@ TEST_F(ShaderSweep, RandomStatesBuild)
     buildRandomStates(20, 4000);
 }
 
-// The translator's way for a driver that has GLSL ES 1.00 only.
 TEST_F(ShaderSweep, RandomStatesBuildInTheOldestLanguage)
 {
-    const DriverAbilities all = abilities;
-    abilities = {};
-    abilities.fragmentHighp = all.fragmentHighp;
-    buildRandomStates(11, 1000);
-    abilities = all;
+    buildInTheOldestLanguage(11, 1000, Expansion::None);
+}
+
+// Vertex shaders that run their main twice.
+TEST_F(ShaderSweep, RandomStatesBuildForFlatTrianglesInTheOldestLanguage)
+{
+    buildInTheOldestLanguage(12, 300, Expansion::FlatShading);
+}
+
+TEST_F(ShaderSweep, RandomStatesBuildForLinesInTheOldestLanguage)
+{
+    buildInTheOldestLanguage(13, 300, Expansion::Lines);
 }
 
 // The unit's own texture by its number: the same text as GL_TEXTURE, the plain source.
