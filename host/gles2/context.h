@@ -72,6 +72,7 @@ struct Context {
     uint32_t uniformCount;           // 0 without a program
     uint8_t specialDraws;            // SpecialDraws bits; 0: a draw is a jump into the driver
     GLfloat lineWidth;               // pixels
+    bool wideLines;                  // lines that are not smooth are wider than the driver's
     GLint viewport[4];               // pixels
 };
 

@@ -27,10 +27,9 @@ static GLfloat wholePixels(GLfloat width)
 void updateSpecialDraws(Context *context)
 {
     const LinkedProgram *program = context->program;
-    const bool wide = wholePixels(context->lineWidth) > context->group->abilities.widestLine;
     const bool logicOp = findLogicOp(context) != LogicOp::Off;
-    const bool expanded =
-        program && (logicOp || wide || program->expandsLines || program->flatLost || program->lineCoordLost);
+    const bool expanded = program && (logicOp || context->wideLines || program->expandsLines || program->flatLost ||
+                                      program->lineCoordLost);
     context->specialDraws = (context->specialDraws & ~DRAWS_EXPANDED) | (expanded ? DRAWS_EXPANDED : 0);
 }
 
@@ -40,6 +39,7 @@ void GL_APIENTRY glLineWidth(GLfloat width)
     if (!context || context->lineWidth == width) return;
     if (width > 0.0f) { // other widths are the driver's error
         context->lineWidth = width;
+        context->wideLines = wholePixels(width) > context->group->abilities.widestLine;
         updateSpecialDraws(context);
     }
     driver.glLineWidth(width);
@@ -86,10 +86,8 @@ static void drawInDriver(const DrawCall &call)
 static Expansion missingExpansion(const Context *context, GLenum mode)
 {
     const LinkedProgram *program = context->program;
-    if (isLineMode(mode)) {
-        const bool wide = wholePixels(context->lineWidth) > context->group->abilities.widestLine;
-        if (program->lineCoordLost || (wide && !program->expandsLines)) return Expansion::Lines;
-    }
+    const bool narrow = program->lineCoordLost || (context->wideLines && !program->expandsLines);
+    if (narrow && isLineMode(mode)) return Expansion::Lines;
     const bool points = mode == GL_POINTS; // have one vertex, and so its flat values
     return program->flatLost && !points ? Expansion::FlatShading : Expansion::None;
 }
