@@ -382,6 +382,13 @@ TEST_F(ObjectQueries, LightPositionsAndDirectionsAreReadAsTransformed)
     EXPECT_LT(out[2], 0.0f);
 }
 
+TEST_F(ObjectQueries, APositionIsReadDividedByItsW)
+{
+    const GLfloat position[] = {2, 4, -6, 2};
+    glLightfv(GL_LIGHT5, GL_POSITION, position);
+    expectLight(GL_LIGHT5, GL_POSITION, {1, 2, -3, 2}, {0x10000, 0x20000, -0x30000, 0x20000});
+}
+
 TEST_F(ObjectQueries, OtherLightsAndParametersAreInvalidEnums)
 {
     const std::pair<GLenum, GLenum> names[] = {{GL_LIGHT0 - 1, GL_AMBIENT},
