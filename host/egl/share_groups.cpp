@@ -12,41 +12,55 @@ struct Member {
     uint32_t group;
 };
 
-constinit std::mutex membersMutex;
-constinit std::vector<Member> members;
-constinit uint32_t lastGroup = 0;
+struct Groups {
+    std::mutex mutex;
+    std::vector<Member> members;
+    uint32_t last = 0;
+};
+
+// Never destroyed: other libraries' exit functions may still destroy contexts.
+Groups &groups()
+{
+    static Groups &kept = *new Groups;
+    return kept;
+}
+
+template <typename Condition>
+void forgetIf(Condition condition)
+{
+    const std::lock_guard lock(groups().mutex);
+    std::erase_if(groups().members, condition);
+}
 
 } // namespace
 
 uint32_t newShareGroup()
 {
-    const std::lock_guard lock(membersMutex);
-    return ++lastGroup;
+    const std::lock_guard lock(groups().mutex);
+    return ++groups().last;
 }
 
 uint32_t shareGroupOf(EGLContext machine)
 {
-    const std::lock_guard lock(membersMutex);
-    for (const Member &member : members)
+    const std::lock_guard lock(groups().mutex);
+    for (const Member &member : groups().members)
         if (member.context == machine) return member.group;
     return 0;
 }
 
 void noteShareGroup(EGLDisplay display, EGLContext machine, uint32_t group)
 {
-    const std::lock_guard lock(membersMutex);
-    std::erase_if(members, [=](const Member &member) { return member.context == machine; });
-    members.push_back({display, machine, group});
+    forgetShareGroup(machine);
+    const std::lock_guard lock(groups().mutex);
+    groups().members.push_back({display, machine, group});
 }
 
 void forgetShareGroup(EGLContext machine)
 {
-    const std::lock_guard lock(membersMutex);
-    std::erase_if(members, [=](const Member &member) { return member.context == machine; });
+    forgetIf([=](const Member &member) { return member.context == machine; });
 }
 
 void forgetShareGroupsOf(EGLDisplay display)
 {
-    const std::lock_guard lock(membersMutex);
-    std::erase_if(members, [=](const Member &member) { return member.display == display; });
+    forgetIf([=](const Member &member) { return member.display == display; });
 }

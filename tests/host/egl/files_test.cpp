@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <dlfcn.h>
 #include <filesystem>
 #include <set>
 #include <sstream>
@@ -66,6 +67,14 @@ TEST(DropInFiles, TheStandardNameOfTheLibraryIsALinkBesideIt)
 {
     const fs::path link = fs::path(EGL_DROPIN).parent_path() / "libGLESv1_CM.so.1";
     EXPECT_EQ(fs::read_symlink(link), "libGLESv1_CM_trl20.so");
+}
+
+TEST(DropInFiles, StaysLoadedWhenItIsClosed)
+{
+    void *first = dlopen(EGL_DROPIN, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_TRUE(first) << dlerror();
+    dlclose(first);
+    EXPECT_TRUE(dlopen(EGL_DROPIN, RTLD_NOW | RTLD_NOLOAD));
 }
 
 TEST(DropInFiles, TheMachinesEglIsFoundInTheStandardFolders)

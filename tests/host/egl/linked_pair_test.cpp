@@ -5,6 +5,7 @@
 
 #include <array>
 #include <dlfcn.h>
+#include <future>
 #include <string>
 #include <thread>
 
@@ -79,6 +80,72 @@ TEST_F(LinkedPair, AlternatesEs1AndEs2)
         procAddress<decltype(&glReadPixels)>("glReadPixels")(4, 8, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
         EXPECT_EQ(pixel, kGreen);
     }
+}
+
+TEST_F(LinkedPair, FunctionsByNameServeThreeApisSideBySide)
+{
+    // All are looked up once, with nothing current, and then follow the context.
+    const auto getString = procAddress<decltype(&glGetString)>("glGetString");
+    const auto clearColor = procAddress<decltype(&glClearColor)>("glClearColor");
+    const auto clearBuffers = procAddress<decltype(&glClear)>("glClear");
+    const auto readPixels = procAddress<decltype(&glReadPixels)>("glReadPixels");
+    const auto getIntegerv = procAddress<decltype(&glGetIntegerv)>("glGetIntegerv");
+    const auto matrixMode = procAddress<decltype(&glMatrixMode)>("glMatrixMode"); // of ES 1.1 and desktop GL
+    const auto getError = procAddress<decltype(&glGetError)>("glGetError");
+
+    const EGLContext es1 = create(1), es2 = create(2);
+    ASSERT_TRUE(eglBindAPI(EGL_OPENGL_API));
+    const EGLContext desktop = eglCreateContext(display, config, EGL_NO_CONTEXT, nullptr);
+    ASSERT_TRUE(eglBindAPI(EGL_OPENGL_ES_API));
+    const struct {
+        const char *label;
+        EGLContext context;
+        GLfloat red;
+        bool hasMatrices;
+    } apis[] = {{"ES 1.1", es1, 1.0f, true}, {"ES 2", es2, 0.2f, false}, {"desktop GL", desktop, 0.6f, true}};
+    std::array<std::string, 3> versions;
+    for (int round = 0; round < 2; round++)
+        for (size_t i = 0; i < 3; i++) {
+            ASSERT_TRUE(makeCurrent(apis[i].context)) << apis[i].label;
+            versions[i] = reinterpret_cast<const char *>(getString(GL_VERSION));
+            clearColor(apis[i].red, 0, 0, 1);
+            clearBuffers(GL_COLOR_BUFFER_BIT);
+            Pixel pixel = {};
+            readPixels(4, 8, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
+            EXPECT_EQ(pixel[0], uint8_t(apis[i].red * 255 + 0.5f)) << apis[i].label;
+            if (!apis[i].hasMatrices) continue;
+            matrixMode(GL_PROJECTION);
+            GLint mode = 0;
+            getIntegerv(GL_MATRIX_MODE, &mode);
+            EXPECT_EQ(mode, GL_PROJECTION) << apis[i].label;
+            EXPECT_EQ(getError(), GLenum(GL_NO_ERROR)) << apis[i].label;
+        }
+    EXPECT_EQ(versions[0].rfind("OpenGL ES-CM 1.1", 0), 0u) << versions[0];
+    EXPECT_EQ(versions[1].rfind("OpenGL ES ", 0), 0u) << versions[1];
+    EXPECT_NE(versions[2].rfind("OpenGL ES", 0), 0u) << versions[2];
+}
+
+TEST_F(LinkedPair, AContextOutlivesItsDisplayOnAnotherThread)
+{
+    std::promise<void> isCurrent, isTerminated;
+    std::thread other([&] {
+        const EGLContext context = create(1);
+        ASSERT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, context));
+        isCurrent.set_value();
+        isTerminated.get_future().wait();
+        EXPECT_EQ(eglGetCurrentContext(), context);
+        glMatrixMode(GL_TEXTURE);
+        GLint mode = 0;
+        glGetIntegerv(GL_MATRIX_MODE, &mode);
+        EXPECT_EQ(mode, GL_TEXTURE) << "still served";
+        EXPECT_TRUE(eglReleaseThread());
+        EXPECT_EQ(eglGetCurrentContext(), EGL_NO_CONTEXT);
+    });
+    isCurrent.get_future().wait();
+    EXPECT_TRUE(eglTerminate(display));
+    isTerminated.set_value();
+    other.join();
+    EXPECT_TRUE(eglInitialize(display, nullptr, nullptr));
 }
 
 TEST_F(LinkedPair, SharesTexturesAmongEs1AndWithEs2)
