@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 # Sourced by the checks of real programs. They set `folder` (of set_up.sh) and `libraries` (of the drop-in pair).
 # shellcheck disable=SC2154
-# PROGRAMS_PLATFORM in the environment: x11, the default, or wayland.
+# PROGRAMS_PLATFORM in the environment: x11, the default, wayland, or headless for none.
 platform=${PROGRAMS_PLATFORM:-x11}
 
 skip() { # REASON
@@ -20,6 +20,10 @@ need() { # NAME of what set_up.sh sets up
 need_display() { # ARGUMENTS of the script
     [ -n "${PROGRAMS_DISPLAY-}" ] && return
     export PROGRAMS_DISPLAY=yes
+    if [ "$platform" = headless ]; then
+        unset DISPLAY WAYLAND_DISPLAY
+        return
+    fi
     if [ "$platform" = wayland ]; then
         need wayland
         under_weston "$0" "$@"

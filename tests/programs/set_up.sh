@@ -89,8 +89,13 @@ set_up_mesa_utils() {
     unpack root './usr/bin/*' mesa-utils-bin || { echo "Debian's package mesa-utils-bin cannot be had"; return 1; }
 }
 
+set_up_waffle() {
+    unpack root './usr/*' libwaffle-1-0 waffle-utils || { echo "Debian's packages of waffle cannot be had"; return 1; }
+}
+
+# It opens its windows through waffle.
 set_up_piglit() {
-    unpack root './usr/lib/*/libwaffle*' libwaffle-1-0 || { echo "Debian's package libwaffle-1-0 cannot be had"; return 1; }
+    [ -e "$folder/waffle.ready" ] || { echo "waffle is missing"; return 1; }
     unpack root './usr/lib/*/piglit/[bl]i[nb]/*' piglit || { echo "Debian's package piglit cannot be had"; return 1; }
 }
 
@@ -114,7 +119,7 @@ command -v apt-get >/dev/null && command -v dpkg-deb >/dev/null ||
     { echo "skipped: this is no Debian system"; exit $skipped; }
 status=0
 : >"$folder/log"
-for name in mesa_demos mesa_utils piglit glfw wayland; do
+for name in mesa_demos mesa_utils waffle piglit glfw wayland; do
     # A change of this script or of a program of ours sets up anew.
     [ "$folder/$name.ready" -nt "${BASH_SOURCE[0]}" ] && [ "$folder/$name.ready" -nt "$here/glfw_es1.c" ] && continue
     rm -f "$folder/$name.ready"
