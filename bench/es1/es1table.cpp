@@ -35,11 +35,16 @@ void printUsage()
                 "  --no-instructions  times only\n");
 }
 
-const SceneRow *findRow(const std::string &name)
+// Returns false after a line on standard error.
+bool isScene(const std::string &name)
 {
-    for (const SceneRow &row : kRows)
-        if (name == row.name) return &row;
-    return nullptr;
+    std::string names;
+    for (const SceneRow &row : kRows) {
+        if (name == row.name) return true;
+        names += std::string(" ") + row.name;
+    }
+    std::fprintf(stderr, "es1table: no scene is called '%s'; there are:%s\n", name.c_str(), names.c_str());
+    return false;
 }
 
 // Returns false after a line on standard error.
@@ -55,7 +60,8 @@ bool readOptions(Options &options, int argc, char **argv)
         }
         if (option == "--out" && !value.empty()) {
             options.out = value;
-        } else if (option == "--scene" && findRow(value)) {
+        } else if (option == "--scene" && !value.empty()) {
+            if (!isScene(value)) return false;
             options.scenes.push_back(value);
         } else if (option == "--rounds") {
             known = std::sscanf(value.c_str(), "%d%c", &options.rounds, &rest) == 1 && options.rounds >= 0;

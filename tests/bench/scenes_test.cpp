@@ -8,10 +8,8 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 namespace {
@@ -126,7 +124,7 @@ TEST(SceneTable, RefusesAnUnknownScene)
     TemporaryFolder folder;
     const Outcome run = runCommand(program("es1table") + " --out " + folder.path.string() + " --scene nowhere");
     EXPECT_EQ(run.status, 2);
-    EXPECT_NE(run.text.find("nowhere"), std::string::npos) << run.text;
+    EXPECT_NE(run.text.find("no scene is called 'nowhere'"), std::string::npos) << run.text;
 }
 
 TEST(SceneTable, WritesItsTimesAsJson)
