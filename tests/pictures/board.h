@@ -9,6 +9,9 @@ struct Colour {
     double r, g, b, a;
 };
 
+inline constexpr Colour kEmpty = {0, 0, 0, 0}; // where nothing is drawn
+inline constexpr Colour kWhite = {1, 1, 1, 1};
+
 /// Where a cell lies, in normalised device coordinates.
 struct Place {
     float left, bottom, right, top;

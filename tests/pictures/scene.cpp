@@ -23,6 +23,14 @@ void unitSquareProjection()
     glMatrixMode(GL_MODELVIEW);
 }
 
+void pixelProjection()
+{
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glOrthof(0, kPictureSize, 0, kPictureSize, -1, 1);
+    glMatrixMode(GL_MODELVIEW);
+}
+
 void drawRectangle(float left, float bottom, float right, float top, float z)
 {
     const GLfloat positions[] = {left, bottom, z, right, bottom, z, left, top, z, right, top, z};

@@ -65,6 +65,9 @@ std::vector<Scene> targetScenes();
 /// Orthographic projection of the unit square onto the whole picture: 0..1 both ways, depth -1..1.
 void unitSquareProjection();
 
+/// Orthographic projection of pixels onto themselves: 0..kPictureSize both ways, depth -1..1.
+void pixelProjection();
+
 /// A rectangle in the current colour, at depth z, with normal (0, 0, 1) as the current normal and texture coordinates
 /// 0..1 on both units.
 void drawRectangle(float left, float bottom, float right, float top, float z = 0);

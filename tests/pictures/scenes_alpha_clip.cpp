@@ -28,8 +28,6 @@ bool passes(GLenum function, double alpha, double reference)
     }
 }
 
-const Colour kEmpty = {0, 0, 0, 0};
-
 // Every function below, at and above its reference; the values are exact in binary.
 std::vector<Cell> alphaFunctionCells()
 {

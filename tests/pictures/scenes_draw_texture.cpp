@@ -5,8 +5,6 @@
 
 namespace {
 
-const Colour kEmpty = {0, 0, 0, 0};
-
 void crop(GLint u, GLint v, GLint width, GLint height)
 {
     const GLint rectangle[] = {u, v, width, height};

@@ -44,10 +44,7 @@ Probe probeTriangle(float bottom, size_t a, size_t b, size_t last, const std::st
 
 void beginPixels()
 {
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glOrthof(0, kPictureSize, 0, kPictureSize, -1, 1);
-    glMatrixMode(GL_MODELVIEW);
+    pixelProjection();
     glShadeModel(GL_FLAT);
     glEnableClientState(GL_VERTEX_ARRAY);
     glEnableClientState(GL_COLOR_ARRAY);
@@ -280,7 +277,6 @@ void points()
 
 std::vector<Scene> flatScenes()
 {
-    const Colour empty = {0, 0, 0, 0};
     const auto pointProbe = zigzag(52);
     return {
         {"FlatArrays",
@@ -288,7 +284,7 @@ std::vector<Scene> flatScenes()
          {probeTriangle(4, 0, 1, 2, "strip"), probeTriangle(4, 3, 4, 5, "strip"),
           probeTriangle(36, 1, 4, 5, "the last of the fan"), probeTriangle(68, 0, 1, 2, "triangles"),
           probeTriangle(68, 3, 4, 5, "triangles"), probeTriangle(100, 2, 3, 4, "strip from the third vertex"),
-          probeOf(20, 108, empty, "before the third vertex")}},
+          probeOf(20, 108, kEmpty, "before the third vertex")}},
         {"FlatElements",
          elements,
          {probeTriangle(4, 5, 4, 3, "backwards"), probeTriangle(4, 2, 1, 0, "backwards"),

@@ -36,7 +36,6 @@ void image(int level, int size, const Colour &a, const Colour &b)
 const Colour kRed = {1, 0, 0, 1};
 const Colour kGreen = {0, 1, 0, 1};
 const Colour kBlue = {0, 0, 1, 1};
-const Colour kWhite = {1, 1, 1, 1};
 const Colour kBlack = {0, 0, 0, 1};
 
 constexpr int kSize = 8;

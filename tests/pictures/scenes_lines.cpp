@@ -7,17 +7,6 @@
 
 namespace {
 
-const Colour kEmpty = {0, 0, 0, 0};
-const Colour kWhite = {1, 1, 1, 1};
-
-void pixelProjection()
-{
-    glMatrixMode(GL_PROJECTION);
-    glLoadIdentity();
-    glOrthof(0, kPictureSize, 0, kPictureSize, -1, 1);
-    glMatrixMode(GL_MODELVIEW);
-}
-
 void drawLines(GLenum mode, const std::vector<GLfloat> &positions)
 {
     glEnableClientState(GL_VERTEX_ARRAY);

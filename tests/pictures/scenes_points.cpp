@@ -7,11 +7,8 @@
 
 namespace {
 
-const Colour kEmpty = {0, 0, 0, 0};
-const Colour kWhite = {1, 1, 1, 1};
-
 // Pixels of the picture as the coordinates; eye depth as given.
-void pixelProjection()
+void deepPixelProjection()
 {
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
@@ -58,7 +55,7 @@ Scene sizes()
     for (const Point &p : points)
         append(probes, widthProbes(p.x, p.y, p.size, kWhite));
     const auto draw = [] {
-        pixelProjection();
+        deepPixelProjection();
         for (const Point &p : points) {
             glPointSize(static_cast<GLfloat>(p.size));
             drawPoint(middleFor(p.size, p.x), middleFor(p.size, p.y));
@@ -70,7 +67,7 @@ Scene sizes()
 void biggestPoint()
 {
     glPointSizex(128 << 16);
-    pixelProjection();
+    deepPixelProjection();
     drawPoint(64, 64);
 }
 
@@ -82,7 +79,7 @@ Scene sizeArrays()
         static const GLfloat floats[] = {4, 12, 20};
         static const GLfixed fixed[] = {4 << 16, 12 << 16, 20 << 16};
         static const GLfloat strided[] = {4, 0, 12, 0, 20, 0};
-        pixelProjection();
+        deepPixelProjection();
         glPointSize(1);
         glEnableClientState(GL_VERTEX_ARRAY);
         glEnableClientState(GL_POINT_SIZE_ARRAY_OES);
@@ -155,7 +152,7 @@ void sizeLimits(float least, float most)
 void limitsWithoutAttenuation()
 {
     sizeLimits(1, 8);
-    pixelProjection();
+    deepPixelProjection();
     glPointSize(20);
     drawPoint(64, 64);
 }
@@ -183,7 +180,7 @@ void smoothPoint()
     glEnable(GL_POINT_SMOOTH);
     glPointSize(kSmoothSize);
     glColor4f(1, 0.5f, 0.25f, 0.5f);
-    pixelProjection();
+    deepPixelProjection();
     drawPoint(64, 64);
 }
 
@@ -233,7 +230,7 @@ void sprite(bool unit0, bool unit1, bool replace0, bool replace1)
     };
     unit(GL_TEXTURE1, unit1, replace1);
     unit(GL_TEXTURE0, unit0, replace0);
-    pixelProjection();
+    deepPixelProjection();
     drawPoint(64, 64);
 }
 
@@ -276,7 +273,7 @@ void colouredPoints()
 {
     static const GLfloat positions[] = {32, 32, 96, 32, 32, 96, 96, 96};
     static const GLubyte colours[] = {255, 0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255, 255, 0, 255};
-    pixelProjection();
+    deepPixelProjection();
     glPointSize(16);
     glShadeModel(GL_FLAT);
     glEnableClientState(GL_VERTEX_ARRAY);
@@ -289,7 +286,7 @@ void colouredPoints()
 // The first point's middle lies left of the window, the other two before the near and behind the far plane.
 void pointsBesideTheView()
 {
-    pixelProjection();
+    deepPixelProjection();
     glPointSize(20);
     drawPoint(-4, 64);
     drawPoint(64, 32, -1);

@@ -10,7 +10,6 @@
 namespace {
 
 const NativeMatch kNoPalette = {.instead = "the machine's own ES 1.1 has no matrix palette"};
-const Colour kEmpty = {0, 0, 0, 0};
 
 // Palette matrix i moves by a step of its own; the others stay the identity.
 void loadMove(GLuint index, float x, float y)
