@@ -5,6 +5,7 @@
 #include "vertex_input.h"
 
 #include <cstring>
+#include <new>
 #include <numeric>
 
 // Bytes that an array or the indices are read from.
@@ -179,18 +180,29 @@ static void submit(const ExpandedProgram *expanded, PairedArrays &arrays, const 
     driver.glDrawArrays(paired.mode, 0, static_cast<GLsizei>(paired.vertices.size()));
 }
 
-bool drawPairedVertices(Context *context, const ExpandedProgram *expanded, const DrawCall &call, Expansion expansion)
+// False when something cannot be read, with nothing drawn. `arrays` tells which attributes have been touched.
+static bool drawApart(const Context *context, const ExpandedProgram *expanded, const DrawCall &call,
+                      Expansion expansion, PairedArrays &arrays)
 {
     std::vector<uint32_t> indices;
-    syncArrayBuffer(context); // notices buffers that another context has deleted
     if (!readIndices(context, call, indices)) return false;
     const PairedVertices paired =
         expansion == Expansion::Lines ? cornersOfLines(call.mode, indices) : pairWithLast(call.mode, indices);
     if (paired.vertices.empty()) return true;
+    if (!planStreams(context, expanded, arrays)) return false;
+    submit(expanded, arrays, paired);
+    return true;
+}
 
+bool drawPairedVertices(Context *context, const ExpandedProgram *expanded, const DrawCall &call, Expansion expansion)
+{
     PairedArrays arrays{};
-    const bool planned = planStreams(context, expanded, arrays);
-    if (planned) submit(expanded, arrays, paired);
+    bool drawn = false;
+    syncArrayBuffer(context); // notices buffers that another context has deleted
+    try {
+        drawn = drawApart(context, expanded, call, expansion, arrays);
+    } catch (const std::bad_alloc &) { // more vertices than memory: the driver may have a place for them
+    }
     putBackAttributes(context, arrays.locations);
-    return planned;
+    return drawn;
 }

@@ -14,5 +14,5 @@ struct DrawCall {
 };
 
 /// Draws with the program, which is in use in the driver, and puts the attributes back. Returns false, with nothing
-/// drawn, when vertices or indices cannot be read here. The group's lock must be held.
+/// drawn, when vertices or indices cannot be read here or do not fit into memory. The group's lock must be held.
 bool drawPairedVertices(Context *context, const ExpandedProgram *expanded, const DrawCall &call, Expansion expansion);
