@@ -129,8 +129,8 @@ EGLBoolean EGLAPIENTRY eglSwapBuffers(EGLDisplay dpy, EGLSurface surface)
 {
     enter("eglSwapBuffers");
     if (!machineEglFound()) return finish(EGL_NOT_INITIALIZED);
-    // Without a display the table's swap would take the context's own.
-    if (!threadState.current || dpy == EGL_NO_DISPLAY) return machineEgl().eglSwapBuffers(dpy, surface);
+    // Without a display or a surface the table's swap would take the context's own, or swap nothing.
+    if (!threadState.current || !dpy || !surface) return machineEgl().eglSwapBuffers(dpy, surface);
 
     machineEgl().eglGetError(); // what follows counts
     if (es1Table()->swapBuffer(threadState.current->library, dpy, surface)) return finish(EGL_SUCCESS);

@@ -5,6 +5,8 @@
 
 #include "current.h"
 #include "debug.h"
+#include "es1_contexts.h"
+#include "es1_library.h"
 #include "machine_egl.h"
 #include "thread_state.h"
 
@@ -20,6 +22,7 @@ using Proc = __eglMustCastToProperFunctionPointerType;
 // A row becomes: ROW_eglCreateSyncKHR,
 enum Row : uint8_t {
 #define EGL_EXTENSION(name) ROW_##name,
+#define EGL_EXTENSION_SWAP(name) ROW_##name,
 #define EGL_EXTENSION_OWN(name, function) ROW_##name,
 #include "egl_extensions.def"
     ROW_COUNT
@@ -87,6 +90,20 @@ struct Passing<Result(Arguments...)> {
     }
 };
 
+// The same for a function that swaps in its own way. The library takes its pictures of frames at its own swap.
+template <typename Function>
+struct Swapping;
+template <typename Result, typename... Arguments>
+struct Swapping<Result(EGLDisplay, Arguments...)> {
+    template <Row row>
+    static Result EGLAPIENTRY call(EGLDisplay dpy, Arguments... arguments)
+    {
+        handToMachine();
+        if (threadState.current) es1Table()->swapBuffer(threadState.current->library, dpy, EGL_NO_SURFACE);
+        return machineFunction<Result(EGLDisplay, Arguments...)>(row)(dpy, arguments...);
+    }
+};
+
 struct ExtensionFunction {
     const char *name;
     Row row;
@@ -96,6 +113,8 @@ struct ExtensionFunction {
 // A row becomes: {"eglCreateSyncKHR", ROW_eglCreateSyncKHR, &Passing<decltype(::eglCreateSyncKHR)>::call<ROW_...>},
 const ExtensionFunction kExtensionFunctions[ROW_COUNT] = {
 #define EGL_EXTENSION(name) {#name, ROW_##name, reinterpret_cast<Proc>(&Passing<decltype(::name)>::call<ROW_##name>)},
+#define EGL_EXTENSION_SWAP(name)                                                                                       \
+    {#name, ROW_##name, reinterpret_cast<Proc>(&Swapping<decltype(::name)>::call<ROW_##name>)},
 #define EGL_EXTENSION_OWN(name, function) {#name, ROW_##name, reinterpret_cast<Proc>(&function)},
 #include "egl_extensions.def"
 };

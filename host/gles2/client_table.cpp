@@ -126,6 +126,7 @@ static int setBuffers(void *given, void *drawSurface, void *readSurface)
 
 static int swapBuffer(void *given, void *display, void *surface)
 {
+    if (!surface) return 1;
     const Context *context = static_cast<Context *>(given);
     if (!display && context) display = context->display;
     return machineEgl.eglSwapBuffers(display, surface) == EGL_TRUE;

@@ -13,7 +13,8 @@
 /// by 2.
 ///
 /// Surfaces of the make-current and swap slots are the machine's EGLSurface handles; null means none. Swap takes
-/// (context, EGLDisplay or null for the context's own, EGLSurface).
+/// (context, EGLDisplay or null for the context's own, EGLSurface); without a surface it swaps nothing and returns 1:
+/// the caller swaps in another way, and only the library is to know.
 typedef struct BackendCreateInfo {
     uint32_t size;       // sizeof(BackendCreateInfo); a smaller record is refused
     EGLDisplay display;  // the machine's display

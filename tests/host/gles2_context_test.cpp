@@ -68,6 +68,11 @@ TEST_F(BackendTest, AFailedCreationTellsTheMachinesError)
     EXPECT_EQ(backend().table.createContext(nullptr, nullptr, nullptr, 1, &small), nullptr);
 }
 
+TEST_F(BackendTest, ASwapWithoutASurfaceSwapsNothing)
+{
+    EXPECT_EQ(backend().table.swapBuffer(context, nullptr, nullptr), 1);
+}
+
 TEST_F(BackendTest, ADestroyedCurrentContextLivesUntilItIsReleased)
 {
     void *other = makeContext();

@@ -13,7 +13,7 @@ need_display "$@"
 shift 5
 
 program=$(find_program "$name")
-text=$build/pictures/programs/$name.$platform
+text=$build/pictures/programs/$(printf '%s.' "$name" "$@" | tr -c 'a-zA-Z0-9._' -)$platform
 mkdir -p "$(dirname "$text")"
 status=0 native_status=0
 natively "$program" "$@" >"$text.native.txt" 2>&1 || native_status=$?

@@ -350,6 +350,21 @@ TEST_F(Es1Context, SwapsThroughTheLibraryOnlyWhileCurrent)
     EXPECT_EQ(fakeEs1().swaps, before + 2);
 }
 
+TEST_F(Es1Context, TellsTheLibraryOfSwapsWithDamage)
+{
+    const auto swap = procAddress<PFNEGLSWAPBUFFERSWITHDAMAGEKHRPROC>("eglSwapBuffersWithDamageKHR");
+    ASSERT_TRUE(swap);
+    const int before = fakeEs1().swaps;
+    ASSERT_TRUE(makeCurrent(createEs1()));
+    EXPECT_TRUE(swap(display, surface, nullptr, 0)) << std::hex << egl.eglGetError();
+    EXPECT_EQ(fakeEs1().swaps, before + 1);
+    EXPECT_FALSE(swap(display, EGL_NO_SURFACE, nullptr, 0));
+    EXPECT_EQ(egl.eglGetError(), EGL_BAD_SURFACE);
+    ASSERT_TRUE(makeCurrent(createEs2()));
+    EXPECT_TRUE(swap(display, surface, nullptr, 0));
+    EXPECT_EQ(fakeEs1().swaps, before + 2) << "the one without a surface is counted, the one of ES 2 is not";
+}
+
 TEST_F(Es1Context, CanBeWaitedFor)
 {
     ASSERT_TRUE(makeCurrent(createEs1()));

@@ -222,6 +222,7 @@ TEST(ProcAddressTable, HoldsEveryExtensionsFunctionOfEgl)
 {
     const std::set<std::string> rows = {
 #define EGL_EXTENSION(name) #name,
+#define EGL_EXTENSION_SWAP(name) #name,
 #define EGL_EXTENSION_OWN(name, function) #name,
 #include "host/egl/egl_extensions.def"
     };
