@@ -30,7 +30,8 @@ struct BackendTable {
     void (*viewport)(GLint x, GLint y, GLsizei width, GLsizei height);
     void *slots10to13[4];
     void *(*getProcAddress)(const char *name);
-    void *slots15to18[4];
+    int (*swapBuffer)(void *context, void *display, void *surface);
+    void *slots16to18[3];
 };
 static_assert(sizeof(BackendTable) == 19 * sizeof(void *));
 
