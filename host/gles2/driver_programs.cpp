@@ -3,7 +3,9 @@
 #include "programs.h"
 #include "stored_programs.h"
 
+#include <algorithm>
 #include <chrono>
+#include <iterator>
 
 static std::string infoLog(GLuint object, decltype(Driver::glGetShaderiv) getiv,
                            decltype(Driver::glGetShaderInfoLog) getLog)
@@ -52,8 +54,25 @@ static bool compileStages(GLuint program, const TranslatedProgram &texts, BuildR
     return stages[0].ok && stages[1].ok && geometry.ok;
 }
 
+// The attributes of the generated texts, by the place they get in every program: a change of programs then leaves the
+// arrays as they are. OpenGL ES 2.0 has at least eight places.
+static constexpr const char *kUsualAttributes[] = {"gles_Vertex",         "gles_Normal",         "gles_Color",
+                                                   "gles_MultiTexCoord0", "gles_MultiTexCoord1", "gles_PointSize",
+                                                   "mpalette_weight",     "mpalette_index"};
+
+// A place that the caller has given to a name is left to that name.
+static void bindUsualAttributes(GLuint program, const AttributeBindings &bindings)
+{
+    for (GLuint index = 0; index < std::size(kUsualAttributes); ++index) {
+        const auto holds = [&](const auto &binding) { return binding.second == index; };
+        if (std::none_of(bindings.begin(), bindings.end(), holds))
+            driver.glBindAttribLocation(program, index, kUsualAttributes[index]);
+    }
+}
+
 static bool link(GLuint program, const AttributeBindings &bindings, BuildResult &result)
 {
+    bindUsualAttributes(program, bindings);
     for (const auto &[name, index] : bindings)
         driver.glBindAttribLocation(program, index, name.c_str());
     GLint status = GL_FALSE;
