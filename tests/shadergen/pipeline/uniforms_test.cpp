@@ -167,6 +167,18 @@ TEST_F(DrawUniforms, FogColourGoesToABackendThatBlendsFog)
     EXPECT_EQ(ctx->currentEntry->key.inputs.fogBlendInShader, 1u);
 }
 
+// The backend ignores them.
+TEST_F(TransformUniforms, UniformsThatTheProgramLacksAreLoadedAllTheSame)
+{
+    for (const char *name : {"gles_ModelViewMatrix", "gles_ProjectionMatrix", "gles_NormalMatrix"})
+        fakeBackend().unknownLocations[name] = -1;
+    const Calls calls = uploads();
+    ASSERT_EQ(calls.size(), 4u);
+    EXPECT_EQ(calls[1], "glUniformMatrix4fv(-1, 1, 0, " + identityText() + ")");
+    EXPECT_EQ(calls[2], "glUniformMatrix4fv(-1, 1, 0, " + identityText() + ")");
+    EXPECT_EQ(calls[3].substr(0, 22), "glUniformMatrix3fv(-1,");
+}
+
 TEST_F(DrawUniforms, EmptyFogRangeHasAnInfiniteInverse)
 {
     glEnable(GL_FOG);
