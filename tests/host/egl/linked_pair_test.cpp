@@ -3,6 +3,9 @@
 // and backend, beside the machine's own ES 2.0.
 #include "host/es1_fixture.h"
 
+#include <EGL/eglext.h>
+#include <GLES/glext.h>
+
 #include <array>
 #include <dlfcn.h>
 #include <future>
@@ -202,6 +205,59 @@ TEST_F(LinkedPair, SharesObjectsWithAnEs2ContextAndWithOthersThatDo)
     drawLeftHalf();
     EXPECT_EQ(pixelAt(4, 8), kGreen) << "the second ES 1.1 context knows the first's textures";
     EXPECT_EQ(pixelAt(12, 8), kBlue);
+}
+
+TEST_F(LinkedPair, AnImageOfATextureIsSeenByAContextThatSharesNothing)
+{
+    const EGLContext owner = create(1);
+    ASSERT_TRUE(makeCurrent(owner));
+    GLuint passed[3];
+    glGenTextures(3, passed); // so that the names of the two contexts differ
+    const GLuint texture = makeTexture(kGreen);
+    const EGLImage image = eglCreateImage(display, owner, EGL_GL_TEXTURE_2D,
+                                          reinterpret_cast<EGLClientBuffer>(uintptr_t(texture)), nullptr);
+    ASSERT_NE(image, EGL_NO_IMAGE);
+
+    const EGLContext stranger = create(1);
+    ASSERT_TRUE(makeCurrent(stranger));
+    GLuint sibling = 0;
+    glGenTextures(1, &sibling);
+    EXPECT_NE(sibling, texture);
+    glBindTexture(GL_TEXTURE_2D, sibling);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    procAddress<PFNGLEGLIMAGETARGETTEXTURE2DOESPROC>("glEGLImageTargetTexture2DOES")(GL_TEXTURE_2D, image);
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    EXPECT_TRUE(eglDestroyImage(display, image)) << "the texture keeps what it shows";
+    glEnable(GL_TEXTURE_2D);
+    clear(kBlue);
+    drawLeftHalf();
+    EXPECT_EQ(pixelAt(4, 8), kGreen);
+
+    // Texels that the owner changes later are seen as well.
+    ASSERT_TRUE(makeCurrent(owner));
+    glBindTexture(GL_TEXTURE_2D, texture);
+    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, kRed.data());
+    glFinish();
+    ASSERT_TRUE(makeCurrent(stranger));
+    glBindTexture(GL_TEXTURE_2D, sibling);
+    drawLeftHalf();
+    EXPECT_EQ(pixelAt(4, 8), kRed);
+}
+
+TEST_F(LinkedPair, DisplaysComeAndGo)
+{
+    for (int round = 0; round < 10; round++) {
+        ASSERT_TRUE(makeCurrent(create(1)));
+        clear(kBlue);
+        glColor4f(1, 0, 0, 1);
+        drawLeftHalf();
+        ASSERT_EQ(pixelAt(4, 8), kRed) << round;
+        create(1); // never current
+        ASSERT_TRUE(round % 2 || eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
+        ASSERT_TRUE(eglTerminate(display));
+        ASSERT_TRUE(round % 2 || eglGetCurrentContext() == EGL_NO_CONTEXT);
+        SetUp();
+    }
 }
 
 TEST_F(LinkedPair, TakesASurfacesFormatForItsTexture)
