@@ -71,7 +71,8 @@ build() { # COMPILER_ARGUMENTS...
 # The OpenGL ES 1.1 programs of mesa-demos, and two of desktop GL over EGL.
 set_up_mesa_demos() {
     local source program eglut
-    [ -d "$(echo "$folder"/source/mesa-demos-*/src)" ] || fetch_source mesa-demos || { echo "Debian's source package mesa-demos cannot be had"; return 1; }
+    [ -d "$(echo "$folder"/source/mesa-demos-*/src)" ] || fetch_source mesa-demos ||
+        { echo "Debian's source package mesa-demos cannot be had"; return 1; }
     source=$(echo "$folder"/source/mesa-demos-*/src/egl)
     eglut=("$source"/eglut/eglut.c "$source"/eglut/eglut_x11.c)
     mkdir -p "$folder/bin"
