@@ -13,7 +13,7 @@ need "$set_up"
 need_display "$@"
 
 program=$(find_program "$name")
-out=$build/pictures/programs/$name.$platform
+out=$build/pictures/programs/$name.$platform${TRL20_DRIVER_LIMIT:+.$TRL20_DRIVER_LIMIT}
 mkdir -p "$(dirname "$out")"
 rm -f "$out".*
 grab=(env LD_PRELOAD="$libraries/libframe_grabber.so" FRAME_GRABBER_FRAMES="$frames")
