@@ -105,7 +105,7 @@ void loadLogicOp(const Context *context, const LogicOpUniforms &uniforms)
         GLint bits = 0;
         driver.glGetIntegerv(kBits[i], &bits);
         // A component the buffer lacks is not written, but must not be divided by 0.
-        most[i] = static_cast<GLfloat>(bits > 0 ? 255 : 1);
+        most[i] = static_cast<GLfloat>(bits > 0 ? (1 << std::min(bits, kMostBits)) - 1 : 1);
     }
     driver.glUniform4fv(uniforms.mostLocation, 1, most);
     driver.glUniform4fv(uniforms.termsLocation, 1, kTerms[context->capabilities.logicOp - GL_CLEAR]);

@@ -210,6 +210,18 @@ TEST_F(LogicOps, AreExactInA16BitBuffer)
     EXPECT_EQ((found[0] * 31 + 127) / 255, 25);
     EXPECT_EQ((found[1] * 63 + 127) / 255, 62);
     EXPECT_EQ((found[2] * 31 + 127) / 255, 21);
+
+    // Colours between those of the buffer are rounded to its bits before they are combined: 6 of 255 is nearest to 1 of
+    // 31, and 1 & 21 is 1; 2 of 255 is nearest to 0 of 63, so nothing of 42 is inverted.
+    glClear(GL_COLOR_BUFFER_BIT);
+    glColor4ub(6, 2, 6, 255);
+    glLogicOp(GL_AND);
+    drawSquare();
+    EXPECT_EQ((pixelAt(8, 8)[0] * 31 + 127) / 255, 1);
+    glClear(GL_COLOR_BUFFER_BIT);
+    glLogicOp(GL_AND_INVERTED);
+    drawSquare();
+    EXPECT_EQ((pixelAt(8, 8)[1] * 63 + 127) / 255, 42);
     glBindFramebufferOES(GL_FRAMEBUFFER_OES, 0);
 }
 
