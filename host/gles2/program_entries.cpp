@@ -107,6 +107,8 @@ static void setLinkedProgram(Context *context, LinkedProgram *linked)
     context->program = linked;
     context->uniformSlots = linked ? linked->slots : nullptr;
     context->uniformCount = linked ? static_cast<uint32_t>(linked->slotCount) : 0;
+    // Loads may wait from when this group had only the one context, which is current on another thread.
+    if (linked && linked->waiting.count > 0) context->specialDraws |= DRAWS_LOADED;
     updateSpecialDraws(context);
 }
 

@@ -4,6 +4,7 @@
 #include "backend_fixture.h"
 
 #include <random>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -135,6 +136,23 @@ TEST_F(WaitingLoadsTest, AnotherContextOfTheGroupSeesThem)
     drawSquare();
     EXPECT_EQ(pixelAt(4, 4), (Pixel{102, 102, 102, 102}));
     makeCurrent(nullptr);
+    EXPECT_EQ(backend().table.destroyContext(other), 1);
+}
+
+// The context stays current here, so that nothing but the other thread can give what waits to the driver.
+TEST_F(WaitingLoadsTest, AContextMadeOnAnotherThreadDrawsWithThem)
+{
+    load("a[0]", 0.2f);
+    void *other = nullptr;
+    std::thread([&] {
+        other = makeContext(context);
+        gl.glUseProgram(program);
+        drawSquare();
+        EXPECT_EQ(pixelAt(4, 4), (Pixel{51, 51, 51, 51}));
+        makeCurrent(nullptr);
+    }).join();
+    drawSquare();
+    EXPECT_EQ(pixelAt(4, 4), (Pixel{51, 51, 51, 51}));
     EXPECT_EQ(backend().table.destroyContext(other), 1);
 }
 
