@@ -2,14 +2,19 @@
 #include "buffer_copies.h"
 
 #include <cstring>
+#include <new>
 
 void copyBuffer(BufferCopies &copies, GLuint buffer, GLsizeiptr size, const void *bytes, GLenum usage)
 {
     const bool taken = usage == GL_STREAM_DRAW || usage == GL_STATIC_DRAW || usage == GL_DYNAMIC_DRAW;
     if (buffer == 0 || size < 0 || !taken) return;
-    std::vector<uint8_t> &copy = copies.bytes[buffer];
-    copy.assign(static_cast<size_t>(size), 0);
-    if (bytes && size) memcpy(copy.data(), bytes, static_cast<size_t>(size));
+    try {
+        std::vector<uint8_t> &copy = copies.bytes[buffer];
+        copy.assign(static_cast<size_t>(size), 0);
+        if (bytes && size) memcpy(copy.data(), bytes, static_cast<size_t>(size));
+    } catch (const std::bad_alloc &) { // more than memory, so that the driver is likely to refuse it, too
+        copies.bytes.erase(buffer);
+    }
 }
 
 void copyIntoBuffer(BufferCopies &copies, GLuint buffer, GLintptr offset, GLsizeiptr size, const void *bytes)

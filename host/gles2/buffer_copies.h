@@ -14,7 +14,8 @@ struct BufferCopies {
     std::unordered_map<GLuint, std::vector<uint8_t>> bytes; // by the buffer's name
 };
 
-/// As glBufferData and glBufferSubData do it for the buffer of that name. What the driver refuses changes nothing.
+/// As glBufferData and glBufferSubData do it for the buffer of that name. What the driver refuses changes nothing; a
+/// buffer that does not fit into memory a second time has no copy.
 void copyBuffer(BufferCopies &copies, GLuint buffer, GLsizeiptr size, const void *bytes, GLenum usage);
 void copyIntoBuffer(BufferCopies &copies, GLuint buffer, GLintptr offset, GLsizeiptr size, const void *bytes);
 

@@ -4,9 +4,13 @@
 #include "primitive_vertices.h"
 #include "vertex_input.h"
 
+#include <climits>
 #include <cstring>
 #include <new>
 #include <numeric>
+
+// What comes of more vertices would not fit into a GLsizei.
+static constexpr GLsizei kMostTakenApart = INT_MAX / kCornersPerLine;
 
 // Bytes that an array or the indices are read from.
 struct Source {
@@ -50,6 +54,7 @@ static size_t sizeOfType(GLenum type)
 // False when the indices cannot be read.
 static bool readIndices(const Context *context, const DrawCall &call, std::vector<uint32_t> &indices)
 {
+    if (call.count > kMostTakenApart) return false;
     const size_t count = static_cast<size_t>(call.count);
     if (call.type == 0) {
         indices.resize(count);

@@ -292,6 +292,10 @@ TEST(BufferCopies, FollowWhatTheDriverTakes)
     EXPECT_EQ(contents(7), (std::vector<uint8_t>{0, 0, 0})) << "made without contents";
     copyBuffer(copies, 7, 0, nullptr, GL_STREAM_DRAW);
     EXPECT_TRUE(contents(7).empty());
+    copyBuffer(copies, 7, PTRDIFF_MAX, nullptr, GL_STATIC_DRAW);
+    EXPECT_EQ(findCopy(copies, 7), nullptr) << "more than memory";
+    copyIntoBuffer(copies, 7, 0, 2, others);
+    EXPECT_EQ(findCopy(copies, 7), nullptr);
 }
 
 // In another process, which reads the limit anew.
