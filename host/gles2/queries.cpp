@@ -98,7 +98,8 @@ void GL_APIENTRY glGetFixedvQRN(GLenum pname, GLfixed *params)
 {
     if (!currentContext) return;
     const int count = valueCount(pname);
-    std::vector<GLfloat> values(static_cast<size_t>(std::max(count, 1)));
+    constexpr int most = 16; // values of a name that is not in the list, such as one of a later version
+    std::vector<GLfloat> values(static_cast<size_t>(std::max(count, most)));
     // Names that the driver refuses leave the caller's values alone.
     constexpr GLfloat unanswered = -0x1.badbadp+99f;
     values[0] = unanswered;

@@ -217,6 +217,11 @@ TEST_F(BackendTest, FixedPointQueries)
     EXPECT_EQ(values[0], 0x201 * 65536);
     gl.glGetFixedvQRN(GL_BLEND_EQUATION, values); // GL_FUNC_ADD is beyond the range and stops at its end
     EXPECT_EQ(values[0], INT32_MAX);
+    constexpr GLenum primitiveBoundingBox = 0x92BE; // eight values, where the driver has OpenGL ES 3.2
+    values[1] = 7;
+    gl.glGetFixedvQRN(primitiveBoundingBox, values);
+    EXPECT_EQ(values[1], 7) << "only the first is told";
+    gl.glGetError();
 
     values[0] = 7;
     gl.glGetFixedvQRN(GL_FOG_HINT, values);
