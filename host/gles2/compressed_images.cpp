@@ -26,7 +26,10 @@ static bool isDecodedEtc1(GLenum format)
 static void uploadEtc1(GLenum target, GLint level, GLsizei width, GLsizei height, GLint border, GLsizei size,
                        const void *bytes)
 {
-    if (width < 0 || height < 0 || border != 0) return raiseError(GL_INVALID_VALUE);
+    GLint largest = 0;
+    driver.glGetIntegerv(GL_MAX_TEXTURE_SIZE, &largest);
+    if (width < 0 || height < 0 || width > largest || height > largest || border != 0)
+        return raiseError(GL_INVALID_VALUE);
     const size_t expected = etc1Size(width, height);
     if (size < 0 || static_cast<size_t>(size) != expected || (expected && !bytes)) return raiseError(GL_INVALID_VALUE);
     const std::vector<uint8_t> image = decodeEtc1(static_cast<const uint8_t *>(bytes), width, height);

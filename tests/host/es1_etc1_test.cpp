@@ -7,6 +7,7 @@
 #include <GLES/glext.h>
 #include <GLES/glext_trl20.h>
 
+#include <climits>
 #include <random>
 #include <vector>
 
@@ -130,6 +131,8 @@ TEST_F(Etc1Texture, WhatIsNoImageIsRefused)
     EXPECT_EQ(upload(0, 9, 4, Bytes(16)), static_cast<GLenum>(GL_INVALID_VALUE)) << "a begun block counts";
     EXPECT_EQ(upload(0, -4, 4, Bytes(8)), static_cast<GLenum>(GL_INVALID_VALUE)) << "negative";
     EXPECT_EQ(upload(-1, 4, 4, Bytes(8)), static_cast<GLenum>(GL_INVALID_VALUE)) << "level";
+    EXPECT_EQ(upload(0, 0, INT_MAX, {}), static_cast<GLenum>(GL_INVALID_VALUE)) << "too high, without a texel";
+    EXPECT_EQ(upload(0, INT_MAX, 0, {}), static_cast<GLenum>(GL_INVALID_VALUE)) << "too wide, without a texel";
     EXPECT_EQ(upload(0, 4, 4, Bytes(8), GL_TEXTURE_2D, 1), static_cast<GLenum>(GL_INVALID_VALUE)) << "border";
     EXPECT_EQ(upload(0, 4, 4, Bytes(8), GL_TEXTURE_CUBE_MAP_OES), static_cast<GLenum>(GL_INVALID_ENUM)) << "target";
 }
