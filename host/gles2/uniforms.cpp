@@ -66,17 +66,6 @@ template <size_t words>
     return slot->heldKind == kind ? slot : nullptr;
 }
 
-// True when the driver has all values of a load of several elements. Those behind the array's end are ignored; a
-// compiler drops the last ones when nothing reads them.
-template <size_t words>
-static inline bool isHeldArray(const UniformSlot *slot, GLsizei count, const void *values)
-{
-    if (count < 1 || !slot->isArray) return false;
-    const GLsizei elements = std::min(count, slot->elementsLeft);
-    if (elements == 1) return isEqual<words>(slot->held, values);
-    return elements == 2 && isEqual<2 * words>(slot->held, values);
-}
-
 // True when the driver has to be called for a load that is not plainly held; the values are then remembered. `words`
 // per element.
 template <UniformKind kind, size_t words>
@@ -145,8 +134,15 @@ template <auto function, UniformKind kind, size_t words, typename Value>
                 if (colourOrVector && slot->isArray) return loadWithNextDraw(location);
                 return (driver.*function)(location, count, values);
             }
-        } else if (isHeldArray<words>(slot, count, values)) {
-            return;
+        } else if (count == 2 && slot->elementsLeft == 1 && slot->isArray) {
+            // A compiler drops the last elements when nothing reads them, and loads of those are ignored.
+            if (isEqual<words>(slot->held, values)) return;
+        } else if (count == 2 && slot->elementsLeft >= 2) {
+            if (isEqual<2 * words>(slot->held, values)) return;
+            if (kind != UniformKind::Int1) {
+                memcpy(slot->held, values, 2 * words * sizeof(uint32_t));
+                return (driver.*function)(location, count, values);
+            }
         }
     }
     loadUnusualArray<function, kind, words>(location, count, values);

@@ -55,8 +55,9 @@ struct GLIContext {
     FogState fog;
     AlphaTestState alphaTest;
     EnableState enables;
-    uint8_t keyDirty; // key-change mask, see shadergen/key.h
-    uint32_t dirty;   // DIRTY_* bits of all subsystems; 0 after every draw
+    uint8_t keyDirty;   // key-change mask, see shadergen/key.h
+    uint8_t derivedFor; // key and program are those of the state for draws of this mark, see vertex/draw.cpp; 0 = none
+    uint32_t dirty;     // DIRTY_* bits of all subsystems; 0 after every draw
     ShaderCache *shaderCache;
     ShaderProgramEntry *currentEntry; // its program is bound in the backend; null = none
     strbuf shaderText;                // of the last generated shader

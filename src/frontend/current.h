@@ -14,9 +14,26 @@ inline GLIContext *currentContext()
     return static_cast<GLIContext *>(os_tls_read(__gl_tls_index));
 }
 
-/// The current context for a state-keeping entry point: null without one and in interface-only mode.
-inline GLIContext *stateContext()
+/// The current context for a state-keeping entry point that decides no program: current values, the modelview matrix,
+/// draws. Null without one and in interface-only mode.
+inline GLIContext *valueContext()
 {
     GLIContext *ctx = currentContext();
     return ctx && !ctx->settings.interfaceOnly ? ctx : nullptr;
+}
+
+/// The same for every other state-keeping entry point: the next draw derives its program again.
+inline GLIContext *stateContext()
+{
+    GLIContext *ctx = valueContext();
+    if (ctx) ctx->derivedFor = 0;
+    return ctx;
+}
+
+/// The same for those that also work in interface-only mode: null only without a context.
+inline GLIContext *changingContext()
+{
+    GLIContext *ctx = currentContext();
+    if (ctx) ctx->derivedFor = 0;
+    return ctx;
 }

@@ -168,12 +168,14 @@ uint32_t needsEyeCoordinates(const GLIContext *ctx)
 
 } // namespace
 
-void deriveShaderState(GLIContext *ctx)
+void deriveShaderState(GLIContext *ctx, DeriveScope scope)
 {
-    if (ctx->keyDirty || hasTurnedOffUnit(ctx->key)) deriveTextureAndAlpha(ctx);
-    deriveLighting(ctx);
-    ctx->key.packedTexCoords = coordinatesPack(ctx);
-    ctx->key.eyeCoordinates = needsEyeCoordinates(ctx);
-    derivePrimitive(ctx);
+    if (scope == DERIVE_ALL) {
+        if (ctx->keyDirty || hasTurnedOffUnit(ctx->key)) deriveTextureAndAlpha(ctx);
+        deriveLighting(ctx);
+        ctx->key.packedTexCoords = coordinatesPack(ctx);
+        ctx->key.eyeCoordinates = needsEyeCoordinates(ctx);
+        derivePrimitive(ctx);
+    }
     updateTransformState(ctx);
 }

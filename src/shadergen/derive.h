@@ -6,9 +6,15 @@
 
 struct GLIContext;
 
+/// What may have changed since the key was derived.
+enum DeriveScope : uint32_t {
+    DERIVE_ALL,
+    DERIVE_TRANSFORM, // the modelview matrix only
+};
+
 /// Brings ctx->key up to date from the state and its change marks; computes the draw's matrices; sets the backend's
 /// line width for line draws.
-void deriveShaderState(GLIContext *ctx);
+void deriveShaderState(GLIContext *ctx, DeriveScope scope = DERIVE_ALL);
 
 /// Last step of deriveShaderState: the modelview-projection and normal matrices, or the palette's upload arrays, and
 /// the key fields orthogonalTransform, mvpForm and vertexUnits.

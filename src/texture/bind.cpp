@@ -74,7 +74,7 @@ GL_API void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
 
 GL_API void GL_APIENTRY glDeleteTextures(GLsizei n, const GLuint *textures)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
     // Zero names are an error too.
     if (n < 1) return __glSetError(GL_INVALID_VALUE);

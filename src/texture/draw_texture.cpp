@@ -152,7 +152,7 @@ void drawTexture(GLIContext *ctx, GLfloat x, GLfloat y, GLfloat z, GLfloat width
 
 GL_API void GL_APIENTRY glDrawTexfOES(GLfloat x, GLfloat y, GLfloat z, GLfloat width, GLfloat height)
 {
-    if (GLIContext *ctx = currentContext()) drawTexture(ctx, x, y, z, width, height);
+    if (GLIContext *ctx = changingContext()) drawTexture(ctx, x, y, z, width, height);
 }
 
 GL_API void GL_APIENTRY glDrawTexfvOES(const GLfloat *coords)

@@ -138,7 +138,7 @@ LevelDescription describeEglImage(const ImagePlace &place)
 GL_API void GL_APIENTRY glTexImage2D(GLenum target, GLint level, GLint internalformat, GLsizei width, GLsizei height,
                                      GLint border, GLenum format, GLenum type, const void *pixels)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
     if (!assertThat(glTexImage2D_2_0 != nullptr, "glTexImage2D_2_0")) return;
 
@@ -161,7 +161,7 @@ GL_API void GL_APIENTRY glTexImage2D(GLenum target, GLint level, GLint internalf
 GL_API void GL_APIENTRY glCopyTexImage2D(GLenum target, GLint level, GLenum internalformat, GLint x, GLint y,
                                          GLsizei width, GLsizei height, GLint border)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
     if (!assertThat(glCopyTexImage2D_2_0 != nullptr, "glCopyTexImage2D_2_0")) return;
 
@@ -179,7 +179,7 @@ GL_API void GL_APIENTRY glCopyTexImage2D(GLenum target, GLint level, GLenum inte
 GL_API void GL_APIENTRY glTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLsizei width,
                                         GLsizei height, GLenum format, GLenum type, const void *pixels)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
     if (!assertThat(glTexSubImage2D_2_0 != nullptr, "glTexSubImage2D_2_0")) return;
 
@@ -191,7 +191,7 @@ GL_API void GL_APIENTRY glTexSubImage2D(GLenum target, GLint level, GLint xoffse
 GL_API void GL_APIENTRY glCopyTexSubImage2D(GLenum target, GLint level, GLint xoffset, GLint yoffset, GLint x, GLint y,
                                             GLsizei width, GLsizei height)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
     if (!assertThat(glCopyTexSubImage2D_2_0 != nullptr, "glCopyTexSubImage2D_2_0")) return;
 
@@ -203,7 +203,7 @@ GL_API void GL_APIENTRY glCopyTexSubImage2D(GLenum target, GLint level, GLint xo
 GL_API void GL_APIENTRY glCompressedTexImage2D(GLenum target, GLint level, GLenum internalformat, GLsizei width,
                                                GLsizei height, GLint border, GLsizei imageSize, const void *data)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
     if (!assertThat(glCompressedTexImage2D_2_0 != nullptr, "glCompressedTexImage2D_2_0")) return;
 
@@ -223,7 +223,7 @@ GL_API void GL_APIENTRY glCompressedTexImage2D(GLenum target, GLint level, GLenu
 
 GL_API void GL_APIENTRY glEGLImageTargetTexture2DOES(GLenum target, GLeglImageOES image)
 {
-    GLIContext *ctx = currentContext();
+    GLIContext *ctx = changingContext();
     if (!ctx) return;
 
     const GLenum saved = takePendingErrors();

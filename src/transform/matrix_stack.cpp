@@ -16,6 +16,7 @@ constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM,
 // What follows a change of any stack but the modelview's. Out of line: most changes are the modelview's.
 [[gnu::noinline]] void notifyOtherChange(GLIContext *ctx, uint32_t stack)
 {
+    ctx->derivedFor = 0;
     if (stack == STACK_PROJECTION) {
         gliAdjustProjectionMatrix(ctx);
     } else if (stack == STACK_PALETTE) {
@@ -94,7 +95,7 @@ void followActiveTexture(GLIContext *ctx, uint32_t oldUnit, uint32_t newUnit)
 
 GL_API void GL_APIENTRY glMatrixMode(GLenum mode)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     uint32_t stack;
@@ -121,7 +122,7 @@ GL_API void GL_APIENTRY glMatrixMode(GLenum mode)
 
 GL_API void GL_APIENTRY glPushMatrix(void)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     TransformState &transform = ctx->transform;
     const uint32_t stack = transform.currentStack;
@@ -135,7 +136,7 @@ GL_API void GL_APIENTRY glPushMatrix(void)
 
 GL_API void GL_APIENTRY glPopMatrix(void)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     TransformState &transform = ctx->transform;
     const uint32_t stack = transform.currentStack;
@@ -148,7 +149,7 @@ GL_API void GL_APIENTRY glPopMatrix(void)
 
 GL_API void GL_APIENTRY glLoadIdentity(void)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     matrixfSetIdentity(currentMatrix(ctx));
@@ -157,7 +158,7 @@ GL_API void GL_APIENTRY glLoadIdentity(void)
 
 GL_API void GL_APIENTRY glLoadMatrixf(const GLfloat *m)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     matrixfLoad(m, currentMatrix(ctx));
@@ -166,7 +167,7 @@ GL_API void GL_APIENTRY glLoadMatrixf(const GLfloat *m)
 
 GL_API void GL_APIENTRY glLoadMatrixx(const GLfixed *m)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     MatrixRecord *top = currentMatrix(ctx);
@@ -177,7 +178,7 @@ GL_API void GL_APIENTRY glLoadMatrixx(const GLfixed *m)
 
 GL_API void GL_APIENTRY glMultMatrixf(const GLfloat *m)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     MatrixRecord factor;
@@ -187,7 +188,7 @@ GL_API void GL_APIENTRY glMultMatrixf(const GLfloat *m)
 
 GL_API void GL_APIENTRY glMultMatrixx(const GLfixed *m)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     MatrixRecord factor;
@@ -198,7 +199,7 @@ GL_API void GL_APIENTRY glMultMatrixx(const GLfixed *m)
 
 GL_API void GL_APIENTRY glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     MatrixRecord rotation;
@@ -208,7 +209,7 @@ GL_API void GL_APIENTRY glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z
 
 GL_API void GL_APIENTRY glTranslatef(GLfloat x, GLfloat y, GLfloat z)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     MatrixRecord *top = currentMatrix(ctx);
@@ -218,7 +219,7 @@ GL_API void GL_APIENTRY glTranslatef(GLfloat x, GLfloat y, GLfloat z)
 
 GL_API void GL_APIENTRY glScalef(GLfloat x, GLfloat y, GLfloat z)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     MatrixRecord *top = currentMatrix(ctx);
@@ -229,7 +230,7 @@ GL_API void GL_APIENTRY glScalef(GLfloat x, GLfloat y, GLfloat z)
 
 GL_API void GL_APIENTRY glOrthof(GLfloat l, GLfloat r, GLfloat b, GLfloat t, GLfloat n, GLfloat f)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     const GLfloat width = r - l;
     const GLfloat height = t - b;
@@ -250,7 +251,7 @@ GL_API void GL_APIENTRY glOrthof(GLfloat l, GLfloat r, GLfloat b, GLfloat t, GLf
 
 GL_API void GL_APIENTRY glFrustumf(GLfloat l, GLfloat r, GLfloat b, GLfloat t, GLfloat n, GLfloat f)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     const GLfloat width = r - l;
     const GLfloat height = t - b;

@@ -23,7 +23,7 @@ GL_API void GL_APIENTRY glActiveTexture(GLenum texture)
 
 GL_API void GL_APIENTRY glColor4f(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     GLfloat *color = ctx->current.color;
@@ -63,7 +63,7 @@ GL_API void GL_APIENTRY glNormal3x(GLfixed x, GLfixed y, GLfixed z)
 
 GL_API void GL_APIENTRY glMultiTexCoord4f(GLenum target, GLfloat s, GLfloat t, GLfloat r, GLfloat q)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     const uint32_t unit = target - GL_TEXTURE0;
     if (unit >= kTextureUnits) return __glSetError(GL_INVALID_ENUM);

@@ -111,6 +111,13 @@ void markPrimitive(GLIContext *ctx, GLenum mode)
     }
 }
 
+// The derived key and the program serve the next draw too when nothing but current values and the modelview matrix
+// changed between them, and the primitives are of the same class. Lines are derived every time: that loads their width.
+uint8_t derivedMark(const GLIContext *ctx)
+{
+    return ctx->primitiveFlags & PRIMITIVE_LINES ? 0 : static_cast<uint8_t>(ctx->primitiveFlags + 1);
+}
+
 void finishDraw(GLIContext *ctx)
 {
     ctx->dirty = 0;
@@ -127,9 +134,16 @@ uint32_t validateShadowState(GLIContext *ctx)
         if (!ctx->arrays.matrixIndex.enabled || !ctx->arrays.weight.enabled) return 0;
         if (paletteUnits(ctx) == 0) return 0;
     }
-    deriveShaderState(ctx);
-    gliSetShaderProgram(ctx);
-    if (!ctx->currentEntry || ctx->currentEntry->program == 0) return 0;
+    const uint8_t mark = derivedMark(ctx);
+    const bool isDerived = ctx->derivedFor != 0 && ctx->derivedFor == mark;
+    if (isDerived && !(ctx->transform.uniformDirty & DIRTY_TRANSFORM)) {
+        ++ctx->shaderCache->hitCount;
+    } else {
+        deriveShaderState(ctx, isDerived ? DERIVE_TRANSFORM : DERIVE_ALL);
+        gliSetShaderProgram(ctx);
+        if (!ctx->currentEntry || ctx->currentEntry->program == 0) return 0;
+        ctx->derivedFor = mark;
+    }
 
     uploadDrawUniforms(ctx);
     uploadTransformUniforms(ctx);
@@ -164,7 +178,7 @@ void bindPaletteInputs(GLIContext *ctx)
 
 GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
@@ -178,7 +192,7 @@ GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
 
 GL_API void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void *indices)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     markPrimitive(ctx, mode);

@@ -258,6 +258,73 @@ TEST_F(InterfaceOnly, StateKeepingCallsDoNotLookAtTheirArguments)
     }
 }
 
+// Here because the lists are: a draw derives its program again after every call but these.
+TEST_F(InterfaceOnly, InNormalModeEveryCallThatMayDecideAProgramIsNoticed)
+{
+    const std::set<std::string> decideNone = {
+        "glColor4f",
+        "glColor4ub",
+        "glColor4x",
+        "glMultiTexCoord4f",
+        "glMultiTexCoord4x",
+        "glMatrixMode",
+        "glPushMatrix",
+        "glPopMatrix",
+        "glLoadIdentity",
+        "glLoadMatrixf",
+        "glLoadMatrixx",
+        "glMultMatrixf",
+        "glMultMatrixx",
+        "glRotatef",
+        "glRotatex",
+        "glTranslatef",
+        "glTranslatex",
+        "glScalef",
+        "glScalex",
+        "glOrthof",
+        "glOrthox",
+        "glFrustumf",
+        "glFrustumx",
+        "glMultMatrixfWithHintZEK",
+        "glLoadMatrixfWithHintZEK",
+        "glHint",
+        "glDrawArrays",
+        "glDrawElements",
+    };
+    constexpr uint8_t kDerived = 77; // no draw leaves this mark
+    const auto check = [&](const std::string &name, const std::function<void()> &call) {
+        SCOPED_TRACE(name);
+        start(false);
+        ctx->derivedFor = kDerived;
+        call();
+        if (name.starts_with("glDraw"))
+            EXPECT_NE(ctx->derivedFor, kDerived);
+        else
+            EXPECT_EQ(ctx->derivedFor, decideNone.count(name) ? kDerived : 0);
+    };
+    for (const auto &[name, call] : inertCalls())
+        check(name, call);
+    for (const EntryPoint &entryPoint : exportedEntryPoints())
+        if (kOwnRules.count(entryPoint.name) && entryPoint.name.find("Tex") != std::string::npos)
+            check(entryPoint.name, [&] { entryPoint.call(1); });
+}
+
+TEST_F(InterfaceOnly, InNormalModeMatricesOtherThanTheModelviewMayDecideAProgram)
+{
+    for (const GLenum mode : {GL_PROJECTION, GL_TEXTURE, GL_MATRIX_PALETTE_OES}) {
+        for (const auto &change : std::vector<std::function<void()>>{
+                 [] { glLoadIdentity(); }, [] { glLoadMatrixf(kFloats); }, [] { glMultMatrixx(kFixed); },
+                 [] { glRotatef(30, 0, 0, 1); }, [] { glTranslatef(1, 2, 3); }, [] { glScalef(1, 2, 3); },
+                 [] { glFrustumf(0, 1, 0, 1, 1, 2); }, [] { glLoadPaletteFromModelViewMatrixOES(); }}) {
+            start(false);
+            glMatrixMode(mode);
+            ctx->derivedFor = 1;
+            change();
+            EXPECT_EQ(ctx->derivedFor, 0u) << std::hex << mode;
+        }
+    }
+}
+
 TEST_F(InterfaceOnly, PassThroughCallsReachTheBackendAsInNormalMode)
 {
     for (const EntryPoint &entryPoint : exportedEntryPoints()) {

@@ -429,10 +429,41 @@ TEST_F(Draws, AProgramWithoutANameSkipsTheDraw)
 {
     drawTriangles();
     ctx->currentEntry->program = 0;
+    ctx->derivedFor = 0;
     takeCalls();
     EXPECT_EQ(validateShadowState(ctx), 0u);
     drawTriangles();
     EXPECT_EQ(takeCalls(), Calls{});
+}
+
+TEST_F(Draws, DrawsThatShareTheirStateDeriveItOnce)
+{
+    drawTriangles();
+    const uint64_t hits = ctx->shaderCache->hitCount;
+    // Nobody but this test changes the key between draws: that it is not noticed shows that nothing was derived.
+    const ShaderStateBitfield drawn = ctx->key;
+    ctx->key.eyeCoordinates = 1;
+    glColor4f(1, 0, 0, 1);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.eyeCoordinates, 1u);
+    EXPECT_EQ(ctx->shaderCache->hitCount, hits + 1);
+    glRotatef(30, 0, 0, 1);
+    drawTriangles();
+    EXPECT_NE(ctx->key.mvpForm, drawn.mvpForm);
+    EXPECT_EQ(ctx->key.eyeCoordinates, 1u);
+    glDrawArrays(GL_POINTS, 0, 3);
+    EXPECT_EQ(ctx->key.eyeCoordinates, 0u);
+    EXPECT_EQ(ctx->key.pointSize, 1u);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.pointSize, 0u);
+}
+
+TEST_F(Draws, LinesLoadTheirWidthEveryTime)
+{
+    takeCalls();
+    for (int i = 0; i < 3; ++i)
+        glDrawArrays(GL_LINES, 0, 2);
+    EXPECT_EQ(callsOf("glLineWidth").size(), 3u);
 }
 
 TEST_F(Draws, ValidationAloneLeavesMarksAndFlags)

@@ -76,6 +76,7 @@ protected:
 
     void draw(GLenum mode = GL_TRIANGLES)
     {
+        ctx->derivedFor = 0; // tests also write the records of the state
         glDrawArrays(mode, 0, 3);
     }
 
