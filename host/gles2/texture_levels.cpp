@@ -68,11 +68,12 @@ static GLint valueOf(const TextureLevel &level, GLenum pname)
     return pname == GL_TEXTURE_WIDTH_QRN ? level.width : level.height;
 }
 
-// A name belongs to the one target it was first bound to; binding it elsewhere is an error and changes nothing.
+// A name belongs to the one target it was first bound to; binding it elsewhere is an error and changes nothing. Name 0
+// is the two-dimensional texture that is there from the start: the library asks for it after an EGL image was given to it.
 void GL_APIENTRY glGetTexLevelParameterivQRN(GLuint texture, GLint face, GLint level, GLenum pname, GLint *params)
 {
     if (!currentContext) return;
-    if (!driver.glIsTexture(texture)) return raiseError(GL_INVALID_OPERATION);
+    if (texture != 0 && !driver.glIsTexture(texture)) return raiseError(GL_INVALID_OPERATION);
     if (pname != GL_TEXTURE_WIDTH_QRN && pname != GL_TEXTURE_HEIGHT_QRN && pname != GL_TEXTURE_INTERNAL_FORMAT_QRN)
         return raiseError(GL_INVALID_ENUM);
     if (face < 0 || face > 5 || level < 0) return raiseError(GL_INVALID_VALUE);

@@ -269,6 +269,11 @@ TEST_F(BackendTest, TextureLevelsAreKnownByTheTexturesName)
     gl.glGetIntegerv(GL_TEXTURE_BINDING_CUBE_MAP, &bound);
     EXPECT_EQ(bound, static_cast<GLint>(names[1]));
 
+    gl.glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 16, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+    gl.glGetTexLevelParameterivQRN(0, 0, 0, GL_TEXTURE_WIDTH_QRN, &width);
+    EXPECT_EQ(width, 16);
+    EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+
     gl.glGetTexLevelParameterivQRN(names[0], 0, 0, GL_TEXTURE_2D, &width);
     EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_ENUM));
     gl.glGetTexLevelParameterivQRN(9999, 0, 0, GL_TEXTURE_WIDTH_QRN, &width);
