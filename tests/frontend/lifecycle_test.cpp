@@ -154,6 +154,24 @@ TEST_F(Lifecycle, ASharingContextUsesTheNameSpaceAndItsDefaultTextures)
     }
 }
 
+TEST_F(Lifecycle, ATextureRespecifiedElsewhereChoosesAnotherProgramAfterMakeCurrent)
+{
+    glEnable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, 5);
+    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, nullptr);
+    glDrawArrays(GL_TRIANGLES, 0, 3);
+    const ShaderProgramEntry *before = ctx->currentEntry;
+    {
+        TestContext sharing(ctx);
+        glBindTexture(GL_TEXTURE_2D, 5);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_ALPHA, 1, 1, 0, GL_ALPHA, GL_UNSIGNED_BYTE, nullptr);
+        gliMakeCurrent(ctx, nullptr, nullptr);
+        os_tls_write(__gl_tls_index, ctx);
+        glDrawArrays(GL_TRIANGLES, 0, 3);
+        EXPECT_NE(ctx->currentEntry, before);
+    }
+}
+
 TEST_F(Lifecycle, TheNameSpaceLivesUntilTheLastContextOfTheGroup)
 {
     const size_t start = fakePlatform().liveBlocks;
