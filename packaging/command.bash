@@ -8,14 +8,17 @@ fail() { # MESSAGE [STATUS]
     exit "${2:-1}"
 }
 
-# Sets force, program and arguments from what stands behind 'run' or 'explain'.
+# Sets force, program and arguments from what stands behind the command, 'run' or 'explain'.
 read_program() { # [--force] PROGRAM ARGS
     force=no
     if [ "${1-}" = --force ]; then
         force=yes
         shift
     fi
-    [ $# -ge 1 ] || fail "a program is needed, such as: trl20 run PROGRAM ARGS" 2
+    case ${1-} in
+    '') fail "a program is needed, such as: trl20 $command PROGRAM ARGS" 2 ;;
+    -*) fail "$1 is no option of trl20 $command; see trl20 help" 2 ;;
+    esac
     program=$1
     arguments=("${@:2}")
 }
@@ -87,6 +90,10 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
     find_program
     [ "$force" = yes ] || check_program "$1"
     export TRL20_EXPLAIN=${TRL20_EXPLAIN:-$2}
+    [[ $TRL20_EXPLAIN == /* ]] || TRL20_EXPLAIN=$PWD/$TRL20_EXPLAIN # the program may change its folder
+    if ! mkdir -p -- "$TRL20_EXPLAIN" || [ ! -w "$TRL20_EXPLAIN" ]; then
+        fail "explain cannot write to $TRL20_EXPLAIN" 2
+    fi
     summary=$TRL20_EXPLAIN/summary.txt
     rm -f -- "$summary"
     trap : INT
@@ -96,6 +103,7 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
         cat -- "$summary"
         say "the programs' texts are in ${TRL20_EXPLAIN#"$PWD/"}"
     else
+        rmdir -- "$TRL20_EXPLAIN" 2>/dev/null || true
         say "nothing was explained: ${program##*/} did not get as far as an OpenGL ES 1.1 context"
     fi
     return $status

@@ -97,6 +97,8 @@ check_refusals() { # PREFIX FOLDER
         expect_status "run $program" 2 "$command" run "$program"
     done
     expect_status 'run without a program' 2 "$command" run
+    output=$("$command" run --fast "$2/program" 2>&1) || true
+    expect_part 'an unknown option is told' '--fast is no option of trl20 run' "$output"
     expect_status 'an unknown command' 2 "$command" frobnicate
 }
 
@@ -109,6 +111,17 @@ check_explain() { # PREFIX FOLDER
     expect 'the summary is printed' "$(cat "$2/work/trl20-explain/program/summary.txt")" \
         "$(sed '1,/^library path/d' <<<"$output")"
     expect 'the program is explained in a file' 1 "$(grep -lE 'gl_Position' -r "$2/work/trl20-explain" | wc -l)"
+
+    mkdir -p "$2/work/below"
+    printf '#!/bin/sh\ncd below\nexec ../../program\n' >"$2/work/start"
+    chmod +x "$2/work/start"
+    output=$(cd "$2/work" && TRL20_EXPLAIN=here "$1/bin/trl20" explain --force ./start 2>&1) || true
+    expect_part 'a program that changes its folder is explained' "the programs' texts are in here" "$output"
+    output=$(TRL20_EXPLAIN=$2/program "$1/bin/trl20" explain "$2/program" 2>&1) || true
+    expect_part 'a folder that cannot be made is told' "explain cannot write to $2/program" "$output"
+    output=$(cd "$2/work" && "$1/bin/trl20" explain --force true 2>&1) || true
+    expect_part 'a program without a context is told' 'nothing was explained: true did not get as far' "$output"
+    expect_status 'and leaves no folder' 1 test -e "$2/work/trl20-explain/true"
 }
 
 check_other_commands() { # PREFIX VERSION
