@@ -86,6 +86,7 @@ void GL_APIENTRY glBindBuffer(GLenum target, GLuint buffer)
         return;
     if (target != GL_ARRAY_BUFFER) return bindOtherBuffer(context, target, buffer);
     BufferState &buffers = context->buffers;
+    if (buffers.array == buffer) return;
     buffers.array = buffer;
     if (buffer != 0 && buffers.seen[buffer % kSeenBufferCount] != buffer) bindNewArrayBuffer(context, buffer);
 }

@@ -86,6 +86,7 @@ bool setEnable(GLIContext *ctx, GLenum cap, uint32_t value)
         // case GL_LIGHTING:
         //     if (ctx->key.lighting != value) {
         //         ctx->key.lighting = value;
+        //         ctx->derivedFor = 0;
         //         markLighting(ctx);
         //     }
         //     return true;
@@ -93,6 +94,7 @@ bool setEnable(GLIContext *ctx, GLenum cap, uint32_t value)
     case name:                                                                                                         \
         if (place != value) {                                                                                          \
             place = value;                                                                                             \
+            ctx->derivedFor = 0;                                                                                       \
             mark(ctx);                                                                                                 \
         }                                                                                                              \
         return true;
@@ -114,7 +116,7 @@ bool isBackendCapability(GLIContext *ctx, GLenum cap, uint32_t value)
 
 GL_API void GL_APIENTRY glEnable(GLenum cap)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     if (!isBackendCapability(ctx, cap, 1)) return;
@@ -123,7 +125,7 @@ GL_API void GL_APIENTRY glEnable(GLenum cap)
 
 GL_API void GL_APIENTRY glDisable(GLenum cap)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     if (!isBackendCapability(ctx, cap, 0)) return;

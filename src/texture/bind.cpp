@@ -59,7 +59,7 @@ TextureObject **activeBinding(GLIContext *ctx, GLenum target)
 
 GL_API void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     TextureObject **binding = activeBinding(ctx, target);
     if (!binding) return __glSetError(GL_INVALID_ENUM);

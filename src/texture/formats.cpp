@@ -69,6 +69,7 @@ void recordUnitFormat(GLIContext *ctx, uint32_t unit, GLenum format)
     if (ctx->bindings.unitFormat[unit] == format) return;
 
     ctx->bindings.unitFormat[unit] = format;
+    ctx->derivedFor = 0;
     ctx->dirty |= DIRTY_TEXTURE_FORMAT;
     ctx->keyDirty |= keyDirtyEnv(unit);
 }

@@ -19,6 +19,7 @@ bool isColorType(GLenum type)
 void describeArray(GLIContext *ctx, ClientArray &array, GLint size, GLenum type, GLsizei strideBytes,
                    const void *pointer)
 {
+    if (array.size != size) ctx->derivedFor = 0;
     array = {.enabled = array.enabled,
              .type = type,
              .size = size,
@@ -54,13 +55,14 @@ ClientArray *findArray(GLIContext *ctx, GLenum array)
 
 void setClientState(GLenum name, uint32_t enabled)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     ClientArray *array = findArray(ctx, name);
     if (!array) return __glSetError(GL_INVALID_ENUM);
     if (array->enabled == enabled) return;
 
     array->enabled = enabled;
+    ctx->derivedFor = 0;
     ctx->dirty |= DIRTY_ARRAYS;
     if (name == GL_COLOR_ARRAY) updatePerVertexColor(ctx);
 }
@@ -123,7 +125,7 @@ void forgetBufferName(GLIContext *ctx, GLuint buffer)
 
 GL_API void GL_APIENTRY glVertexPointer(GLint size, GLenum type, GLsizei stride, const void *pointer)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     if (size < 2 || size > 4 || stride < 0) return __glSetError(GL_INVALID_VALUE);
     if (!isCoordinateType(type)) return __glSetError(GL_INVALID_ENUM);
@@ -134,7 +136,7 @@ GL_API void GL_APIENTRY glVertexPointer(GLint size, GLenum type, GLsizei stride,
 
 GL_API void GL_APIENTRY glNormalPointer(GLenum type, GLsizei stride, const void *pointer)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     if (stride < 0) return __glSetError(GL_INVALID_VALUE);
     if (!isCoordinateType(type)) return __glSetError(GL_INVALID_ENUM);
@@ -144,7 +146,7 @@ GL_API void GL_APIENTRY glNormalPointer(GLenum type, GLsizei stride, const void 
 
 GL_API void GL_APIENTRY glColorPointer(GLint size, GLenum type, GLsizei stride, const void *pointer)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     if (size != 4 || stride < 0) return __glSetError(GL_INVALID_VALUE);
     if (!isColorType(type)) return __glSetError(GL_INVALID_ENUM);
@@ -154,7 +156,7 @@ GL_API void GL_APIENTRY glColorPointer(GLint size, GLenum type, GLsizei stride, 
 
 GL_API void GL_APIENTRY glTexCoordPointer(GLint size, GLenum type, GLsizei stride, const void *pointer)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     const uint32_t unit = ctx->arrays.clientUnit;
     if (!assertThat(unit < kTextureUnits, "client active unit in range")) return;
@@ -179,7 +181,7 @@ GL_API void GL_APIENTRY glDisableClientState(GLenum array)
 
 GL_API void GL_APIENTRY glClientActiveTexture(GLenum texture)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     const uint32_t unit = texture - GL_TEXTURE0;
     if (unit >= kTextureUnits) return __glSetError(GL_INVALID_ENUM);

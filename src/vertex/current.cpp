@@ -9,7 +9,7 @@
 
 GL_API void GL_APIENTRY glActiveTexture(GLenum texture)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext();
     if (!ctx) return;
     const uint32_t unit = texture - GL_TEXTURE0;
     if (unit >= kTextureUnits) return __glSetError(GL_INVALID_ENUM);

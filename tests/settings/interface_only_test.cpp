@@ -261,6 +261,7 @@ TEST_F(InterfaceOnly, StateKeepingCallsDoNotLookAtTheirArguments)
 // Here because the lists are: a draw derives its program again after every call but these.
 TEST_F(InterfaceOnly, InNormalModeEveryCallThatMayDecideAProgramIsNoticed)
 {
+    // As the lists call them: glEnable and glDisable of GL_BLEND, glDisableClientState of an unknown array.
     const std::set<std::string> decideNone = {
         "glColor4f",
         "glColor4ub",
@@ -288,8 +289,16 @@ TEST_F(InterfaceOnly, InNormalModeEveryCallThatMayDecideAProgramIsNoticed)
         "glMultMatrixfWithHintZEK",
         "glLoadMatrixfWithHintZEK",
         "glHint",
+        "glActiveTexture",
+        "glClientActiveTexture",
+        "glColorPointer",
+        "glNormalPointer",
+        "glBindTexture",
+        "glEnable",
+        "glDisable",
         "glDrawArrays",
         "glDrawElements",
+        "glDisableClientState",
     };
     constexpr uint8_t kDerived = 77; // no draw leaves this mark
     const auto check = [&](const std::string &name, const std::function<void()> &call) {
@@ -307,6 +316,42 @@ TEST_F(InterfaceOnly, InNormalModeEveryCallThatMayDecideAProgramIsNoticed)
     for (const EntryPoint &entryPoint : exportedEntryPoints())
         if (kOwnRules.count(entryPoint.name) && entryPoint.name.find("Tex") != std::string::npos)
             check(entryPoint.name, [&] { entryPoint.call(1); });
+}
+
+TEST_F(InterfaceOnly, InNormalModeChangedSwitchesSizesAndFormatsAreNoticed)
+{
+    start(false);
+    const auto notices = [&](const std::function<void()> &call) {
+        ctx->derivedFor = 1;
+        call();
+        return ctx->derivedFor == 0;
+    };
+#define CAPABILITY(name, place, mark)                                                                                  \
+    EXPECT_TRUE(notices([] { glEnable(name); })) << #name;                                                             \
+    EXPECT_FALSE(notices([] { glEnable(name); })) << #name;                                                            \
+    EXPECT_TRUE(notices([] { glDisable(name); })) << #name;
+#include "state/capabilities.def"
+#undef CAPABILITY
+    for (const GLenum array : {GL_VERTEX_ARRAY, GL_NORMAL_ARRAY, GL_COLOR_ARRAY, GL_TEXTURE_COORD_ARRAY}) {
+        EXPECT_TRUE(notices([=] { glEnableClientState(array); }));
+        EXPECT_FALSE(notices([=] { glEnableClientState(array); }));
+        EXPECT_TRUE(notices([=] { glDisableClientState(array); }));
+    }
+    EXPECT_TRUE(notices([] { glVertexPointer(3, GL_FLOAT, 0, kFloats); }));
+    EXPECT_FALSE(notices([] { glVertexPointer(3, GL_SHORT, 8, kShorts); }));
+    EXPECT_TRUE(notices([] { glTexCoordPointer(2, GL_FLOAT, 0, kFloats); }));
+    EXPECT_FALSE(notices([] { glTexCoordPointer(2, GL_FLOAT, 0, kFloats + 1); }));
+
+    const auto makeTexture = [](GLuint name, GLenum format) {
+        glBindTexture(GL_TEXTURE_2D, name);
+        glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), 1, 1, 0, format, GL_UNSIGNED_BYTE, nullptr);
+    };
+    glEnable(GL_TEXTURE_2D);
+    makeTexture(1, GL_RGB);
+    makeTexture(2, GL_RGBA);
+    makeTexture(3, GL_RGBA);
+    EXPECT_FALSE(notices([] { glBindTexture(GL_TEXTURE_2D, 2); }));
+    EXPECT_TRUE(notices([] { glBindTexture(GL_TEXTURE_2D, 1); }));
 }
 
 TEST_F(InterfaceOnly, InNormalModeMatricesOtherThanTheModelviewMayDecideAProgram)
