@@ -27,6 +27,7 @@ struct BufferState {
     GLuint array;       // bound by the application
     GLuint driverArray; // bound in the driver; brought up to date only when a call reads it
     GLuint element;
+    bool elementOld;               // its name may be another buffer's by now
     uint32_t deletedSeen;          // the group's count of deletions this context has taken notice of
     GLuint seen[kSeenBufferCount]; // a name bound before needs no bind to exist
 };

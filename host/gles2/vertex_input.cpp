@@ -21,7 +21,8 @@ void initAttributes(Context *context)
 }
 
 // Buffers were deleted by another context of the group. A name may stand for a new buffer by now, while an attribute
-// here still holds the old one, so nothing that names a buffer is known any longer.
+// here still holds the old one, so nothing that names a buffer is known any longer. The array binding may have been
+// asked for since; the element binding has not, and keeps its buffer alive until the next bind.
 [[gnu::noinline]] static void forgetBuffers(Context *context, uint32_t deletions)
 {
     BufferState &buffers = context->buffers;
@@ -30,8 +31,8 @@ void initAttributes(Context *context)
     for (AttributeArray &array : context->attributes.arrays)
         if (array.buffer) array.known = false;
     driver.glBindBuffer(GL_ARRAY_BUFFER, buffers.array);
-    driver.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffers.element);
     buffers.driverArray = buffers.array;
+    buffers.elementOld = true;
 }
 
 static void noticeDeletions(Context *context)
@@ -72,8 +73,9 @@ static void noteBuffer(Context *context, GLuint buffer)
     noteBuffer(context, buffer);
     BufferState &buffers = context->buffers;
     if (target == GL_ELEMENT_ARRAY_BUFFER) {
-        if (buffers.element == buffer) return;
+        if (buffers.element == buffer && !buffers.elementOld) return;
         buffers.element = buffer;
+        buffers.elementOld = false;
     }
     driver.glBindBuffer(target, buffer);
 }

@@ -384,6 +384,40 @@ TEST_F(VertexInput, ABufferDeletedInAnotherContextIsPointedAtAnew)
     EXPECT_EQ(backend().table.destroyContext(other), 1);
 }
 
+TEST_F(VertexInput, AnElementBufferDeletedInAnotherContextServesUntilTheNextBind)
+{
+    const GLuint program = makeProgram(kPlainVertex, kColorFragment);
+    gl.glUseProgram(program);
+    gl.glUniform4f(gl.glGetUniformLocation(program, "color"), 1.0f, 1.0f, 1.0f, 1.0f);
+    const GLfloat corners[8] = {-1, -1, 1, -1, -1, 1, 1, 1};
+    const GLubyte all[4] = {0, 1, 2, 3};
+    const GLubyte none[4] = {};
+    GLuint buffer;
+    gl.glGenBuffers(1, &buffer);
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+    gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, sizeof all, all, GL_STATIC_DRAW);
+    gl.glEnableVertexAttribArray(0);
+
+    void *other = makeContext(context);
+    gl.glDeleteBuffers(1, &buffer);
+    makeCurrent(context);
+    gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners); // notices the deletion
+    gl.glDrawElements(GL_TRIANGLE_STRIP, 4, GL_UNSIGNED_BYTE, nullptr);
+    EXPECT_EQ(pixelAt(16, 16), (Pixel{255, 255, 255, 255}));
+    EXPECT_EQ(gl.glIsBuffer(buffer), GL_FALSE) << "not made again";
+
+    makeCurrent(other);
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+    gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, sizeof none, none, GL_STATIC_DRAW);
+    gl.glFinish();
+    makeCurrent(context);
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+    gl.glClear(GL_COLOR_BUFFER_BIT);
+    gl.glDrawElements(GL_TRIANGLE_STRIP, 4, GL_UNSIGNED_BYTE, nullptr);
+    EXPECT_EQ(pixelAt(16, 16), (Pixel{0, 0, 0, 0})) << "the new buffer of the name";
+    EXPECT_EQ(backend().table.destroyContext(other), 1);
+}
+
 TEST_F(VertexInput, CurrentValuesAreFilledUpAndKept)
 {
     GLfloat value[4];
