@@ -8,8 +8,10 @@ fail() { # MESSAGE [STATUS]
     exit "${2:-1}"
 }
 
-# Sets force, program and arguments from what stands behind the command, 'run' or 'explain'.
-read_program() { # [--force] PROGRAM ARGS
+# Sets force, program and arguments from the command line.
+read_program() { # run|explain [--force] PROGRAM ARGS
+    local command=$1
+    shift
     force=no
     if [ "${1-}" = --force ]; then
         force=yes
@@ -48,7 +50,14 @@ elf_bits() { # FILE
 }
 elf_machine() { elf_field "$1" 18 2; } # FILE
 
-# The libraries of a program that opens its GL by itself show no need of it, nor does a script: --force runs those.
+# Whether the program, or a library that it needs, opens EGL or OpenGL ES 1.1 by itself, as libraries for games do.
+opens_its_own() { # TEXT: what ldd says of the program
+    local files
+    mapfile -t files < <(sed -n 's/^.* => \(.*\) (0x[0-9a-f]*)$/\1/p' <<<"$1")
+    grep -qaE 'lib(EGL|GLESv1_CM)\.so' -- "$program" "${files[@]}"
+}
+
+# A script does not show what it needs: --force runs it.
 check_program() { # FOLDER: of the libraries
     local bits own_bits needed
     if [ "$(head -c 4 -- "$program" | tr -d '\0')" != $'\x7fELF' ]; then
@@ -68,7 +77,14 @@ check_program() { # FOLDER: of the libraries
     *libEGL.so* | *libGLESv1_CM.so*)
         fail "$program finds a libEGL of its own and would not use trl20 (run --force runs it all the same)" 2
         ;;
-    *) fail "$program does not use OpenGL ES 1.1: it needs neither libEGL nor libGLESv1_CM (run --force runs it all the same)" 2 ;;
+    *)
+        opens_its_own "$needed" && return
+        case $needed in *"not found"*)
+            fail "$program needs what is not here: $(sed -n 's/^[[:space:]]*\(.*\) => not found$/\1/p' <<<"$needed" | paste -sd ' ')" 2
+            ;;
+        esac
+        fail "$program does not use OpenGL ES 1.1: it needs neither libEGL nor libGLESv1_CM (run --force runs it all the same)" 2
+        ;;
     esac
 }
 

@@ -61,6 +61,9 @@ check_run() { # PREFIX FOLDER
     chmod +x "$2/script"
     output=$("$command" run --force "$2/script") || true
     expect_part 'a script with --force' 'renderer: QRN' "$output"
+    printf '#include <dlfcn.h>\nint main(void) { return dlopen("libEGL.so.1", RTLD_NOW) ? 9 : 1; }\n' >"$2/opens.c"
+    "${CC:-cc}" "$2/opens.c" -o "$2/opens"
+    expect_status 'a program that opens its EGL by itself' 9 "$command" run "$2/opens"
 
     "$command" run "$2/program" --wait &
     pid=$!
@@ -91,6 +94,13 @@ check_refusals() { # PREFIX FOLDER
     expect_part 'a program that finds its own EGL is told' 'finds a libEGL of its own' "$output"
     output=$("$command" run /bin/ls 2>&1) || true
     expect_part 'a program without GL is told' 'does not use OpenGL ES 1.1' "$output"
+    echo 'int missing(void) { return 0; }' >"$2/missing.c"
+    echo 'int missing(void); int main(void) { return missing(); }' >"$2/lacking.c"
+    "${CC:-cc}" -shared -fPIC "$2/missing.c" -o "$2/libmissing.so"
+    "${CC:-cc}" "$2/lacking.c" -o "$2/lacking" "-L$2" -lmissing
+    rm "$2/libmissing.so"
+    output=$("$command" run "$2/lacking" 2>&1) || true
+    expect_part 'a library that is not here is told' 'needs what is not here: libmissing.so' "$output"
     output=$(cd "$2" && "$command" run program 2>&1) || true
     expect_part 'a name in this folder is told' 'write ./program' "$output"
     for program in "$2/nothing" "$2" "$2/installed_program.c" "$2/script"; do
