@@ -383,6 +383,8 @@ TEST(Translator, SurvivesDamagedTexts)
         for (const DriverAbilities &abilities : {kLeast, kEverything}) {
             const TranslatedProgram program = translateProgram(texts[0], texts[1], abilities);
             ASSERT_GE(countLineEnds(program.vertex), program.version == 100 ? countLineEnds(texts[0]) : 0);
+            for (Expansion expansion : {Expansion::FlatShading, Expansion::Lines})
+                translateProgram(texts[0], texts[1], abilities, expansion);
         }
     }
 }
