@@ -106,9 +106,9 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
     find_program
     [ "$force" = yes ] || check_program "$1"
     export TRL20_EXPLAIN=${TRL20_EXPLAIN:-$2}
-    [[ $TRL20_EXPLAIN == /* ]] || TRL20_EXPLAIN=$PWD/$TRL20_EXPLAIN # the program may change its folder
-    if ! mkdir -p -- "$TRL20_EXPLAIN" || [ ! -w "$TRL20_EXPLAIN" ]; then
-        fail "explain cannot write to $TRL20_EXPLAIN" 2
+    [[ $TRL20_EXPLAIN == /* ]] || TRL20_EXPLAIN=${PWD%/}/$TRL20_EXPLAIN # the program may change its folder
+    if ! mkdir -p -- "$TRL20_EXPLAIN" 2>/dev/null || [ ! -w "$TRL20_EXPLAIN" ]; then
+        fail "explain cannot write to $TRL20_EXPLAIN; TRL20_EXPLAIN can name another folder" 2
     fi
     summary=$TRL20_EXPLAIN/summary.txt
     rm -f -- "$summary"
@@ -117,7 +117,7 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
     trap - INT
     if [ -e "$summary" ]; then
         cat -- "$summary"
-        say "the programs' texts are in ${TRL20_EXPLAIN#"$PWD/"}"
+        say "the programs' texts are in ${TRL20_EXPLAIN#"${PWD%/}/"}"
     else
         rmdir -- "$TRL20_EXPLAIN" 2>/dev/null || true
         say "nothing was explained: ${program##*/} did not get as far as an OpenGL ES 1.1 context"
