@@ -8,6 +8,7 @@
 #include "machine_context.h"
 #include "programs.h"
 #include "stored_programs.h"
+#include "vertex_input.h"
 #include "waiting_loads.h"
 
 #include "client_api_table.h"
@@ -116,6 +117,7 @@ static int setBuffers(void *given, void *drawSurface, void *readSurface)
     Context *before = currentContext;
     currentContext = context;
     context->current = true;
+    if (before != context && context->prepared) expectDeletions(context);
     if (before && before != context) {
         before->current = false;
         if (before->destroyed) freeContext(before);

@@ -42,6 +42,11 @@ static void noticeDeletions(Context *context)
         forgetBuffers(context, deletions);
 }
 
+void expectDeletions(Context *context)
+{
+    context->buffers.deletedSeen = context->group->buffersDeleted.load(std::memory_order_relaxed) - 1;
+}
+
 void syncArrayBuffer(Context *context)
 {
     noticeDeletions(context);

@@ -207,6 +207,38 @@ TEST_F(LinkedPair, SharesObjectsWithAnEs2ContextAndWithOthersThatDo)
     EXPECT_EQ(pixelAt(12, 8), kBlue);
 }
 
+// ES 2.0 deletes a buffer and makes another of its name: the same pointer is then to the new one.
+TEST_F(LinkedPair, DrawsFromABufferThatAnEs2ContextHasReplaced)
+{
+    const GLfloat left[] = {-1, -1, 0, -1, -1, 1, 0, 1};
+    const GLfloat right[] = {0, -1, 1, -1, 0, 1, 1, 1};
+    const EGLContext es2 = create(2);
+    const EGLContext es1 = create(1, es2);
+    ASSERT_TRUE(makeCurrent(es1));
+    const auto fill = [](GLuint buffer, const GLfloat(&corners)[8]) {
+        procAddress<decltype(&glBindBuffer)>("glBindBuffer")(GL_ARRAY_BUFFER, buffer);
+        procAddress<decltype(&glBufferData)>("glBufferData")(GL_ARRAY_BUFFER, sizeof corners, corners, GL_STATIC_DRAW);
+    };
+    const auto drawn = [](GLuint buffer) {
+        clear(kBlue);
+        glColor4f(0, 1, 0, 1);
+        glBindBuffer(GL_ARRAY_BUFFER, buffer);
+        glEnableClientState(GL_VERTEX_ARRAY);
+        glVertexPointer(2, GL_FLOAT, 0, nullptr);
+        glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+        return std::array{pixelAt(4, 8), pixelAt(12, 8)};
+    };
+    const GLuint buffer = 5;
+    fill(buffer, left);
+    EXPECT_EQ(drawn(buffer), (std::array{kGreen, kBlue}));
+
+    ASSERT_TRUE(makeCurrent(es2));
+    procAddress<decltype(&glDeleteBuffers)>("glDeleteBuffers")(1, &buffer);
+    fill(buffer, right);
+    ASSERT_TRUE(makeCurrent(es1));
+    EXPECT_EQ(drawn(buffer), (std::array{kBlue, kGreen}));
+}
+
 TEST_F(LinkedPair, AnImageOfATextureIsSeenByAContextThatSharesNothing)
 {
     const EGLContext owner = create(1);
