@@ -65,10 +65,21 @@ EGLContext createMachineContext(EGLDisplay display, EGLConfig config, EGLContext
     return handle;
 }
 
+// False when the context, or a surface it draws to, has been destroyed: they go when the context is released.
+static bool canComeBack(const Context *context, const LeftSurfaces &left)
+{
+    EGLint buffer, width;
+    if (!machineEgl.eglQueryContext(context->display, context->handle, EGL_RENDER_BUFFER, &buffer)) return false;
+    if (buffer == EGL_NONE) return true; // it has no surface
+    return machineEgl.eglQuerySurface(context->display, left.draw, EGL_WIDTH, &width) &&
+           machineEgl.eglQuerySurface(context->display, left.read, EGL_WIDTH, &width);
+}
+
 bool enterSideContext(const Context *context, LeftSurfaces &left)
 {
     ShareGroup *group = context->group;
     left = {.draw = machineEgl.eglGetCurrentSurface(EGL_DRAW), .read = machineEgl.eglGetCurrentSurface(EGL_READ)};
+    if (!canComeBack(context, left)) return false;
     EGLenum error;
     if (!group->side)
         group->side = createMachineContext(context->display, context->config, context->handle, nullptr, error);

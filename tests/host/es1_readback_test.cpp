@@ -295,6 +295,26 @@ TEST_F(ReadBack, WhatCannotBeReadIsAnErrorAndWritesNothing)
         << "texture 0";
 }
 
+// A destroyed surface lives until its context is released, which a read must not do.
+TEST_F(ReadBack, ADestroyedSurfaceStaysCurrent)
+{
+    upload(GL_TEXTURE_2D, 0, 2, 2, GL_RGBA, counting(16));
+    clear({255, 0, 0, 255});
+    ASSERT_TRUE(eglDestroySurface(display, surface));
+    EXPECT_EQ(errorOf(GL_TEXTURE_2D, 0, 0, 0, 0, 2, 2, 1, GL_RGBA, GL_UNSIGNED_BYTE),
+              static_cast<GLenum>(GL_INVALID_OPERATION));
+    EXPECT_EQ(pixelAt(8, 8), (Pixel{255, 0, 0, 255}));
+}
+
+TEST_F(ReadBack, ADestroyedContextStaysCurrent)
+{
+    upload(GL_TEXTURE_2D, 0, 2, 2, GL_RGBA, counting(16));
+    clear({255, 0, 0, 255});
+    ASSERT_TRUE(eglDestroyContext(display, context));
+    EXPECT_EQ(errorOf(GL_TEXTURE_2D, 0, 0, 0, 0, 2, 2, 1, GL_RGBA, GL_UNSIGNED_BYTE), static_cast<GLenum>(GL_NO_ERROR));
+    EXPECT_EQ(pixelAt(8, 8), (Pixel{255, 0, 0, 255}));
+}
+
 TEST_F(ReadBack, AnEarlierErrorStays)
 {
     upload(GL_TEXTURE_2D, 0, 1, 1, GL_RGBA, {1, 2, 3, 4});
