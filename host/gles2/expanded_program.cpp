@@ -16,30 +16,15 @@ LineUniforms findLineUniforms(GLuint driverProgram)
             .loadedLineWidth = 0.0f};
 }
 
-// Names and locations of the attributes that a linked program of the driver uses.
-static std::map<std::string, GLuint> activeAttributes(GLuint driverProgram)
+static GLint countAttributes(GLuint driverProgram)
 {
     GLint count = 0;
-    GLint longest = 0;
     driver.glGetProgramiv(driverProgram, GL_ACTIVE_ATTRIBUTES, &count);
-    driver.glGetProgramiv(driverProgram, GL_ACTIVE_ATTRIBUTE_MAX_LENGTH, &longest);
-    std::map<std::string, GLuint> attributes;
-    for (GLint i = 0; i < count; ++i) {
-        std::string name(static_cast<size_t>(longest) + 1, '\0');
-        GLsizei length = 0;
-        GLint elements = 0;
-        GLenum type = 0;
-        driver.glGetActiveAttrib(driverProgram, static_cast<GLuint>(i), longest + 1, &length, &elements, &type,
-                                 name.data());
-        name.resize(static_cast<size_t>(length));
-        const GLint location = driver.glGetAttribLocation(driverProgram, name.c_str());
-        if (location >= 0) attributes[name] = static_cast<GLuint>(location);
-    }
-    return attributes;
+    return count;
 }
 
 // The attributes of both sets. False when one lies where its state is not remembered and could not be put back.
-static bool placeAttributes(ExpandedProgram *expanded, const std::map<std::string, GLuint> &given)
+static bool placeAttributes(ExpandedProgram *expanded, const std::vector<AttributeLocation> &given)
 {
     const auto locate = [&](const std::string &name) {
         return driver.glGetAttribLocation(expanded->driverProgram, name.c_str());
@@ -47,11 +32,12 @@ static bool placeAttributes(ExpandedProgram *expanded, const std::map<std::strin
     expanded->cornerLocation = locate(kCornerAttribute);
     GLint last = expanded->cornerLocation;
     for (const auto &[name, location] : given) {
-        const DoubledAttribute attribute = {.given = location,
+        if (location < 0) continue; // the language's own
+        const DoubledAttribute attribute = {.given = static_cast<GLuint>(location),
                                             .own = locate(kOwnAttributePrefix + name),
                                             .other = locate(kOtherAttributePrefix + name)};
         expanded->attributes.push_back(attribute);
-        last = std::max({last, static_cast<GLint>(location), attribute.own, attribute.other});
+        last = std::max({last, location, attribute.own, attribute.other});
     }
     return last < kMaxAttributes;
 }
@@ -94,10 +80,10 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
     if (expansion != Expansion::None && !expanded->doubled && texts.geometry.empty()) return false;
     if (logicOp && !addLogicOp(texts, abilities)) return false;
 
-    const std::map<std::string, GLuint> attributes = activeAttributes(linked->driverProgram);
-    std::map<std::string, GLuint> bindings;
-    for (const auto &[name, location] : attributes)
-        bindings[(expanded->doubled ? kOwnAttributePrefix : "") + name] = location;
+    AttributeBindings bindings;
+    for (const auto &[name, location] : linked->attributes)
+        if (location >= 0)
+            bindings[(expanded->doubled ? kOwnAttributePrefix : "") + name] = static_cast<GLuint>(location);
     BuildResult result{};
     BuildResult stages[2];
     expanded->driverProgram = buildDriverProgram(texts, bindings, result, stages);
@@ -105,9 +91,8 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
         explainExpanded(linked->explained, nameUse(expansion, logicOp),
                         {.texts = texts, .stages = stages, .result = result});
     if (!expanded->driverProgram) return false;
-    if (expanded->doubled && !placeAttributes(expanded, attributes)) return false;
-    if (activeAttributes(expanded->driverProgram).size() > static_cast<size_t>(abilities.vertexAttributes))
-        return false;
+    if (expanded->doubled && !placeAttributes(expanded, linked->attributes)) return false;
+    if (countAttributes(expanded->driverProgram) > abilities.vertexAttributes) return false;
 
     for (const ActiveUniform &uniform : activeUniforms(expanded->driverProgram))
         shareUniform(expanded, linked, uniform);
