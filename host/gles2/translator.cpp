@@ -15,6 +15,7 @@ struct Target {
     Expansion doubled;                      // what the vertex shader's main runs twice for; None: it runs once
     bool expandLines;                       // fragments are those of a line's rectangle
     bool geometry;                          // a geometry shader stands between the stages
+    bool colorPassed;                       // the fragment shader has its constant colour from the vertex shader
     Doubling doubling;                      // with `doubled`
     LineEnds ends;                          // of the lines' rectangles
     std::set<std::string_view> flatNames;   // varyings that are flat in either stage: GLSL ES 3.00 wants both to agree
@@ -47,6 +48,10 @@ static constexpr std::string_view kPartOf300[] = {
     "GL_OES_standard_derivatives", "GL_EXT_frag_depth", "GL_EXT_shader_texture_lod",
     "GL_EXT_draw_buffers",         "GL_OES_texture_3D",
 };
+
+// The constant colour: where it is loaded, and what hands it on.
+static constexpr std::string_view kColorUniform = "gles_FragColor";
+static constexpr const char *kColorVarying = "trl20_FlatColor";
 
 static bool isBooleanType(std::string_view word)
 {
@@ -158,6 +163,35 @@ static size_t writeDoubledAttributes(Writer &writer, size_t at)
     return end + 1;
 }
 
+// Whether the keyword at `at` declares nothing but the constant colour.
+static bool declaresColor(const ShaderScan &scan, size_t at)
+{
+    const std::vector<Token> &tokens = scan.tokens;
+    if (tokens[at].text != "uniform" || tokens[at].inDirective) return false;
+    size_t next = nextSolid(tokens, at + 1);
+    if (next < tokens.size() && isPrecision(tokens[next].text)) next = nextSolid(tokens, next + 1);
+    for (const std::string_view word : {std::string_view("vec4"), kColorUniform, std::string_view(";")}) {
+        if (next >= tokens.size() || tokens[next].text != word) return false;
+        next = nextSolid(tokens, next + 1);
+    }
+    return true;
+}
+
+static bool mentionsColor(const ShaderScan &scan)
+{
+    return std::any_of(scan.tokens.begin(), scan.tokens.end(),
+                       [](const Token &token) { return token.text == kColorUniform; });
+}
+
+static bool canPassColor(const ShaderScan &vertex, const ShaderScan &fragment, const DriverAbilities &abilities)
+{
+    if (!abilities.essl300 || mentionsColor(vertex)) return false;
+    if (fragment.externalSampler && !abilities.externalImageEssl300) return false;
+    for (size_t at = 0; at < fragment.tokens.size(); ++at)
+        if (declaresColor(fragment, at)) return true;
+    return false;
+}
+
 // Writes the identifier at `at`. Returns the index to go on at.
 static size_t writeIdentifier(Writer &writer, size_t at)
 {
@@ -172,13 +206,20 @@ static size_t writeIdentifier(Writer &writer, size_t at)
     const bool cut = writer.target.doubled == Expansion::Lines && writer.stage == ShaderStage::Fragment;
     if (doubled && word == "attribute") return writeDoubledAttributes(writer, at);
 
+    const bool passed = writer.target.colorPassed;
+    const bool passedTo = passed && writer.stage == ShaderStage::Fragment;
+
     if (writer.target.raisePrecision && isPrecision(word))
         writer.out += "highp";
+    else if (passedTo && declaresColor(writer.scan, at))
+        writer.out += "flat in";
+    else if (passedTo && word == kColorUniform)
+        writer.out += kColorVarying;
     else if (word == "gl_LineCoord" && writer.stage == ShaderStage::Fragment)
         writer.out += lineCoordExpression(writer);
     else if (word == "gl_FrontFacing" && writer.target.expandLines)
         writer.out += "true"; // a line is always seen from its front; the rectangle made of it need not be
-    else if ((doubled || cut) && word == "main")
+    else if ((doubled || cut || (passed && !passedTo)) && word == "main")
         writer.out += kGivenMain;
     else if (word == "gl_FogFactor")
         writer.out += "trl20_FogFactor";
@@ -192,7 +233,13 @@ static size_t writeIdentifier(Writer &writer, size_t at)
 // Declarations that the rewritten text relies on. Empty when there are none.
 static std::string declarations(const Writer &writer)
 {
-    if (writer.stage != ShaderStage::Fragment) return writer.scan.fogFactor ? "float trl20_FogFactor;" : "";
+    if (writer.stage != ShaderStage::Fragment) {
+        std::string text = writer.scan.fogFactor ? "float trl20_FogFactor;" : "";
+        if (writer.target.colorPassed)
+            text +=
+                "uniform highp vec4 " + std::string(kColorUniform) + "; flat out highp vec4 " + kColorVarying + "; ";
+        return text;
+    }
     const std::string precision = writer.target.raisePrecision ? "highp " : "mediump ";
     std::string text;
     // The default of samplers is lowp, and what they return would be computed on in that precision.
@@ -243,6 +290,12 @@ static std::string doubledMain(const ShaderScan &scan, const Target &target)
     return {};
 }
 
+static std::string colorMain()
+{
+    return std::string("\nvoid main()\n{\n    ") + kGivenMain + "();\n    " + kColorVarying + " = " +
+           std::string(kColorUniform) + ";\n}\n";
+}
+
 static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const Target &target)
 {
     Writer writer{.scan = scan, .target = target, .stage = stage, .out = {}};
@@ -263,6 +316,7 @@ static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const 
     }
     if (scan.declarationsAt >= scan.tokens.size()) writeDeclarations(writer);
     if (stage == ShaderStage::Vertex) writer.out += doubledMain(scan, target);
+    if (stage == ShaderStage::Vertex && target.colorPassed) writer.out += colorMain();
     if (stage == ShaderStage::Fragment && target.doubled == Expansion::Lines) writer.out += lineFragmentMain();
     return std::move(writer.out);
 }
@@ -296,6 +350,7 @@ static Target chooseTarget(const DriverAbilities &abilities, const ShaderScan &s
                   .doubled = Expansion::None,
                   .expandLines = false,
                   .geometry = false,
+                  .colorPassed = false,
                   .doubling = {},
                   .ends = scan.lineCoord ? LineEnds::Square : LineEnds::Upright,
                   .flatNames = {},
@@ -343,6 +398,10 @@ TranslatedProgram translateProgram(const std::string &vertex, const std::string 
     both.varyingsAreSimple = vertexScan.varyingsAreSimple;
     Target target = chooseTarget(abilities, both, both.lineCoord || expansion == Expansion::Lines);
     doubleVertex(target, vertexScan, expansion);
+    if (!target.geometry && target.doubled == Expansion::None && canPassColor(vertexScan, fragmentScan, abilities)) {
+        target.colorPassed = true;
+        target.version = 300;
+    }
     if (target.version != 100 || target.doubled != Expansion::None) {
         collectFlat(vertexScan, target.flatNames);
         collectFlat(fragmentScan, target.flatNames);

@@ -11,6 +11,9 @@
 //   gl_FogFactor                              a variable that nothing reads: fog is blended in the text itself
 //   #extension GL_OES_EGL_image_external      nothing when no external sampler is used; _essl3 in 3.00
 //   lowp, mediump, no default in fragments    highp, where fragment shaders have it
+//   uniform vec4 gles_FragColor in fragments  the same in the vertex shader, handed on flat, in GLSL ES 3.00: a uniform
+//                                             of the fragments that changes with every draw doubles the draw's time on
+//                                             llvmpipe. Flat, the fragments get the same bits
 //
 // Where that loses something, or where lines are wider than the driver's, draws need another program for the same
 // texts: an expanded one. See Expansion.

@@ -230,6 +230,49 @@ TEST(Translator, FlatVaryingsTakeBothShadersToVersion300)
                   " * textureProj(gles_sampler0, gles_TexCoord0.xyzw);\n}\n");
 }
 
+const std::string kColorFragment = "uniform mediump vec4        gles_FragColor;\nvoid main(void)\n{\n"
+                                   "    gl_FragColor = gles_FragColor;\n}\n";
+
+TEST(Translator, TheConstantColourGoesThroughTheVertexShader)
+{
+    const TranslatedProgram program =
+        translateProgram("attribute vec4 gles_Vertex;\nvoid main(void)\n{\n    gl_Position = gles_Vertex;\n}\n",
+                         kColorFragment, kEssl300);
+    EXPECT_EQ(program.version, 300);
+    EXPECT_EQ(program.vertex,
+              "#version 300 es\n#line 1\n"
+              "uniform highp vec4 gles_FragColor; flat out highp vec4 trl20_FlatColor; in vec4 gles_Vertex;\n"
+              "void trl20_main(void)\n{\n    gl_Position = gles_Vertex;\n}\n"
+              "\nvoid main()\n{\n    trl20_main();\n    trl20_FlatColor = gles_FragColor;\n}\n");
+    EXPECT_EQ(program.fragment, "#version 300 es\n#line 1\n" + kRaisedDefaults +
+                                    "out highp vec4 trl20_FragColor; flat in highp vec4        trl20_FlatColor;\n"
+                                    "void main(void)\n{\n    trl20_FragColor = trl20_FlatColor;\n}\n");
+    EXPECT_FALSE(program.flatLost);
+}
+
+TEST(Translator, TheConstantColourStaysWhereItCannotGoThroughTheVertexShader)
+{
+    const std::string vertex = "void main()\n{\n    gl_Position = vec4(0.0);\n}\n";
+    const auto stays = [&](const std::string &vertexText, const std::string &fragment, const DriverAbilities &abilities,
+                           Expansion expansion = Expansion::None) {
+        const TranslatedProgram program = translateProgram(vertexText, fragment, abilities, expansion);
+        return program.vertex.find("trl20_FlatColor") == std::string::npos &&
+               program.fragment.find("vec4        gles_FragColor;") != std::string::npos;
+    };
+    EXPECT_FALSE(stays(vertex, kColorFragment, kEssl300));
+    EXPECT_TRUE(stays(vertex, kColorFragment, kLeast));
+    EXPECT_TRUE(stays("uniform vec4 gles_FragColor;\n" + vertex, kColorFragment, kEssl300));
+    EXPECT_TRUE(stays(vertex, kColorFragment, kEverything, Expansion::Lines)) << "a geometry shader stands between";
+    const std::string external = "#extension GL_OES_EGL_image_external : require\nuniform samplerExternalOES s;\n";
+    EXPECT_TRUE(stays(vertex, external + kColorFragment, {.fragmentHighp = true, .essl300 = true}));
+    for (const char *other : {"uniform vec3        gles_FragColor;", "uniform vec4        gles_FragColor[2];",
+                              "varying vec4        gles_FragColor;", "uniform vec4        gles_FragColor, other;"}) {
+        const TranslatedProgram program = translateProgram(vertex, other + std::string("\nvoid main() {}\n"), kEssl300);
+        EXPECT_EQ(program.version, 100) << other;
+        EXPECT_NE(program.fragment.find("gles_FragColor"), std::string::npos) << other;
+    }
+}
+
 TEST(Translator, WithoutVersion300FlatBecomesSmoothAndIsReported)
 {
     const TranslatedProgram program = translateProgram(kFlatVertex, kFlatFragment, kLeast);
