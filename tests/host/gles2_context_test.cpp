@@ -19,31 +19,32 @@ TEST_F(BackendTest, ClearsAndReadsBack)
     EXPECT_EQ(pixelAt(5, 5), (Pixel{255, 0, 255, 255}));
 }
 
-TEST_F(BackendTest, DrawsATriangle)
+// The lower left half of the surface, in red.
+struct Triangle : BackendTest {
+    void drawLowerLeft(GLenum type, const void *corners)
+    {
+        const GLuint program = makeProgram(kPlainVertex, kColorFragment);
+        gl.glUseProgram(program);
+        gl.glUniform4f(gl.glGetUniformLocation(program, "color"), 1.0f, 0.0f, 0.0f, 1.0f);
+        gl.glVertexAttribPointer(0, 2, type, GL_FALSE, 0, corners);
+        gl.glEnableVertexAttribArray(0);
+        gl.glDrawArrays(GL_TRIANGLES, 0, 3);
+        EXPECT_EQ(pixelAt(4, 4), (Pixel{255, 0, 0, 255}));
+        EXPECT_EQ(pixelAt(28, 28), (Pixel{0, 0, 0, 0}));
+    }
+};
+
+TEST_F(Triangle, IsDrawn)
 {
-    const GLuint program = makeProgram(kPlainVertex, kColorFragment);
     const GLfloat corners[] = {-1, -1, 1, -1, -1, 1};
-    gl.glUseProgram(program);
-    gl.glUniform4f(gl.glGetUniformLocation(program, "color"), 0.0f, 1.0f, 0.0f, 1.0f);
-    gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners);
-    gl.glEnableVertexAttribArray(0);
-    gl.glDrawArrays(GL_TRIANGLES, 0, 3);
-    EXPECT_EQ(pixelAt(4, 4), (Pixel{0, 255, 0, 255}));
-    EXPECT_EQ(pixelAt(28, 28), (Pixel{0, 0, 0, 0}));
+    drawLowerLeft(GL_FLOAT, corners);
 }
 
 // Fixed-point, byte and short arrays go to the driver as they are.
-TEST_F(BackendTest, TheDriverTakesFixedPointAttributes)
+TEST_F(Triangle, TheDriverTakesFixedPointAttributes)
 {
-    const GLuint program = makeProgram(kPlainVertex, kColorFragment);
     const GLfixed corners[] = {-65536, -65536, 65536, -65536, -65536, 65536};
-    gl.glUseProgram(program);
-    gl.glUniform4f(gl.glGetUniformLocation(program, "color"), 1.0f, 0.0f, 0.0f, 1.0f);
-    gl.glVertexAttribPointer(0, 2, GL_FIXED, GL_FALSE, 0, corners);
-    gl.glEnableVertexAttribArray(0);
-    gl.glDrawArrays(GL_TRIANGLES, 0, 3);
-    EXPECT_EQ(pixelAt(4, 4), (Pixel{255, 0, 0, 255}));
-    EXPECT_EQ(pixelAt(28, 28), (Pixel{0, 0, 0, 0}));
+    drawLowerLeft(GL_FIXED, corners);
 }
 
 TEST_F(BackendTest, AttributesOfTheCallerMayAskForVersionOne)

@@ -86,18 +86,6 @@ std::vector<GLubyte> palettedImage(const Paletted &p)
     return bytes;
 }
 
-void bindNew(GLenum minFilter)
-{
-    GLuint name;
-    glGenTextures(1, &name);
-    glBindTexture(GL_TEXTURE_2D, name);
-    nearestFilter();
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(minFilter));
-    glEnable(GL_TEXTURE_2D);
-    setEnv(GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    glColor4f(1, 1, 1, 1);
-}
-
 // A few texels of every level of one image.
 Scene palettedScene(const Paletted &p)
 {

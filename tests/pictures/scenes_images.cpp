@@ -4,18 +4,6 @@
 
 namespace {
 
-void bindNew(GLenum minFilter = GL_NEAREST)
-{
-    GLuint name;
-    glGenTextures(1, &name);
-    glBindTexture(GL_TEXTURE_2D, name);
-    nearestFilter();
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(minFilter));
-    glEnable(GL_TEXTURE_2D);
-    setEnv(GL_TEXTURE_ENV_MODE, GL_REPLACE);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-}
-
 std::vector<GLubyte> texelsOf(int count, const Colour &a, const Colour &b)
 {
     std::vector<GLubyte> texels;

@@ -35,6 +35,19 @@ void nearestFilter(GLenum target)
     glTexParameteri(target, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
 }
 
+void bindNew(GLenum minFilter)
+{
+    GLuint name;
+    glGenTextures(1, &name);
+    glBindTexture(GL_TEXTURE_2D, name);
+    nearestFilter();
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, static_cast<GLint>(minFilter));
+    glEnable(GL_TEXTURE_2D);
+    setEnv(GL_TEXTURE_ENV_MODE, GL_REPLACE);
+    glColor4f(1, 1, 1, 1);
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+}
+
 GLuint plainTexture(GLenum format, std::initializer_list<GLubyte> texel)
 {
     std::vector<GLubyte> texels;

@@ -9,6 +9,10 @@
 /// Nearest filtering of the texture bound to a target, so that a picture shows texels as they are.
 void nearestFilter(GLenum target = GL_TEXTURE_2D);
 
+/// A new texture without images, bound to GL_TEXTURE_2D of the active unit, which it replaces the colour in. Rows of
+/// images are read unpadded from now on.
+void bindNew(GLenum minFilter = GL_NEAREST);
+
 /// A new texture of 4 x 4 equal texels of unsigned bytes, bound to GL_TEXTURE_2D of the active unit. Returns its name.
 GLuint plainTexture(GLenum format, std::initializer_list<GLubyte> texel);
 

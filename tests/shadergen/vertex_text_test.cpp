@@ -41,6 +41,22 @@ std::string plainWith(const std::string &declarations, const std::string &before
                                          {kPosition, beforePosition + kPosition + afterPosition}});
 }
 
+// The key of lit_all_kinds.vert.
+void lightByAllKinds(ProgramKey &key)
+{
+    enableLighting(key);
+    addLight(key, 1, LIGHT_SPOT);
+    addLight(key, 3, LIGHT_DIRECTIONAL);
+    addLight(key, 4, LIGHT_POINT);
+    addLight(key, 7, LIGHT_POINT);
+    key.state.normalizeNormal = 1;
+    key.state.alphaFactor = 1;
+    key.state.twoSided = 1;
+    key.state.colorMaterial = 1;
+    key.state.flatShading = 1;
+    key.state.mvpForm = MVP_SCALE_TRANSLATE;
+}
+
 } // namespace
 
 TEST_F(VertexText, PlainStateTransformsOnly)
@@ -154,34 +170,14 @@ TEST_F(VertexText, LightSlotsCountEnabledLightsOnly)
 
 TEST_F(VertexText, AllKindsTwoSidedFlatWithColorMaterialAndAlphaFactor)
 {
-    enableLighting(key);
-    addLight(key, 1, LIGHT_SPOT);
-    addLight(key, 3, LIGHT_DIRECTIONAL);
-    addLight(key, 4, LIGHT_POINT);
-    addLight(key, 7, LIGHT_POINT);
-    key.state.normalizeNormal = 1;
-    key.state.alphaFactor = 1;
-    key.state.twoSided = 1;
-    key.state.colorMaterial = 1;
-    key.state.flatShading = 1;
-    key.state.mvpForm = MVP_SCALE_TRANSLATE;
+    lightByAllKinds(key);
     EXPECT_EQ(vertexText(key), golden("lit_all_kinds.vert"));
 }
 
 TEST_F(VertexText, SpotAndPointWithoutSpecular)
 {
-    enableLighting(key);
-    addLight(key, 1, LIGHT_SPOT);
-    addLight(key, 3, LIGHT_DIRECTIONAL);
-    addLight(key, 4, LIGHT_POINT);
-    addLight(key, 7, LIGHT_POINT);
-    key.state.normalizeNormal = 1;
-    key.state.alphaFactor = 1;
-    key.state.twoSided = 1;
-    key.state.colorMaterial = 1;
-    key.state.flatShading = 1;
+    lightByAllKinds(key);
     key.state.noSpecular = 1;
-    key.state.mvpForm = MVP_SCALE_TRANSLATE;
     const std::string halfVector =
         "        float nDotHV = clamp(dot(normal, normalize(VP + vec3(0.0, 0.0, 1.0))), 0.0, 1.0); // normal . ";
     const std::string specular = "        Specular += attenuation * specular * pow(nDotHV, gles_Material.shininess);\n";

@@ -19,6 +19,16 @@ protected:
     {
         fakeBackend().onCall[function] = [] { fakeBackend().error = GL_INVALID_OPERATION; };
     }
+    /// One image by each call that gives texels, all refused by the backend.
+    void giveRefusedImages()
+    {
+        for (const char *function : {"glTexImage2D", "glCopyTexImage2D", "glTexSubImage2D", "glCopyTexSubImage2D"})
+            failNext(function);
+        upload(GL_TEXTURE_2D, GL_RGB);
+        glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, 4, 4, 0);
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+        glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, 1, 1);
+    }
     const TextureObject &bound2D() const
     {
         return *ctx->bindings.texture2D[0];
@@ -107,12 +117,7 @@ TEST_F(Images, OddSizesAreInvalidValueAndForwardedAllTheSame)
 
 TEST_F(Images, ABackendErrorIsSwallowedAndNothingIsRecorded)
 {
-    for (const char *function : {"glTexImage2D", "glCopyTexImage2D", "glTexSubImage2D", "glCopyTexSubImage2D"})
-        failNext(function);
-    upload(GL_TEXTURE_2D, GL_RGB);
-    glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, 4, 4, 0);
-    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
-    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, 1, 1);
+    giveRefusedImages();
     EXPECT_EQ(bound2D().width[0], 0);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
@@ -444,12 +449,7 @@ TEST_F(Images, ARefusedImageMakesNoMipmaps)
 {
     upload(GL_TEXTURE_2D, GL_RGB);
     glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, 1);
-    for (const char *function : {"glTexImage2D", "glCopyTexImage2D", "glTexSubImage2D", "glCopyTexSubImage2D"})
-        failNext(function);
-    upload(GL_TEXTURE_2D, GL_RGB);
-    glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, 4, 4, 0);
-    glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
-    glCopyTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 0, 0, 1, 1);
+    giveRefusedImages();
     EXPECT_EQ(mipmapCalls(), 0u);
 }
 

@@ -58,6 +58,16 @@ protected:
         }
         return "";
     }
+    // Eight lights from eye x. The modelview takes object y to eye -x, so eye x comes from object -y.
+    void lightFromEyeXOverAQuarterTurn()
+    {
+        enableLights(8);
+        for (GLenum light = GL_LIGHT0; light <= GL_LIGHT7; ++light)
+            setLight(light, GL_POSITION, 1, 0, 0, 0);
+        glMatrixMode(GL_MODELVIEW);
+        const Matrix16 turn = {{0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 3, 4, 5, 1}};
+        glLoadMatrixf(turn.m);
+    }
     static void setLight(GLenum light, GLenum pname, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
     {
         const GLfloat values[] = {x, y, z, w};
@@ -420,13 +430,7 @@ TEST_F(LightUniforms, ALightInBetweenMovesTheSlotsOfHigherOnes)
 
 TEST_F(LightUniforms, EightDirectionalLightsGoToObjectSpace)
 {
-    enableLights(8);
-    for (GLenum light = GL_LIGHT0; light <= GL_LIGHT7; ++light)
-        setLight(light, GL_POSITION, 1, 0, 0, 0);
-    glMatrixMode(GL_MODELVIEW);
-    // A quarter turn about z takes object y to eye -x, so eye x comes from object -y.
-    const Matrix16 turn = {{0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 3, 4, 5, 1}};
-    glLoadMatrixf(turn.m);
+    lightFromEyeXOverAQuarterTurn();
     Calls calls = uploads();
     ASSERT_EQ(ctx->key.orthogonalTransform, 1u);
     EXPECT_EQ(loaded(calls, "gles_LSposition0[0]"), "{0, -1, 0}");
@@ -441,13 +445,8 @@ TEST_F(LightUniforms, EightDirectionalLightsGoToObjectSpace)
 
 TEST_F(LightUniforms, PaletteDrawsKeepLightsInEyeSpace)
 {
-    enableLights(8);
+    lightFromEyeXOverAQuarterTurn();
     enablePalette();
-    for (GLenum light = GL_LIGHT0; light <= GL_LIGHT7; ++light)
-        setLight(light, GL_POSITION, 1, 0, 0, 0);
-    glMatrixMode(GL_MODELVIEW);
-    const Matrix16 turn = {{0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1}};
-    glLoadMatrixf(turn.m);
     const Calls calls = uploads();
     ASSERT_EQ(ctx->key.orthogonalTransform, 1u);
     EXPECT_EQ(loaded(calls, "gles_LSposition0[0]"), "{1, 0, 0}");
