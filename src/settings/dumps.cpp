@@ -103,13 +103,19 @@ void writeBin(std::FILE *file, const float position[4])
     std::fprintf(file, onBoundary ? "!%i,%i,%s!,\t" : "(%i,%i,%s),\t", column, row, clipClass(position));
 }
 
-void writeStrip(std::FILE *file, const ElementSource &source, GLsizei count)
+// -1 for an empty list.
+int32_t largestIndex(const ElementSource &source, GLsizei count)
 {
     int32_t largest = -1;
     for (GLsizei i = 0; i < count; ++i) {
         const int32_t index = fetchIndex(source, i);
         if (index > largest) largest = index;
     }
+    return largest;
+}
+
+void writeStrip(std::FILE *file, const ElementSource &source, GLsizei count, int32_t largest)
+{
     std::fprintf(file, "TRIANGLESTRIP VERTEXCOUNT %i INDEXCOUNT %i CULLMODE CCW ZWRITE 1 STENCIL 0 COLORWRITE 15\n",
                  largest + 1, count);
     for (int32_t index = 0; index <= largest; ++index) {
@@ -235,13 +241,16 @@ void dumpClipFileElements(const GLIContext *ctx, GLenum mode, GLsizei count, GLe
     std::FILE *file = std::fopen("es11.clip", "a");
     if (!file) return;
 
+    const bool readable = isReadable(ctx, indices);
+    const ElementSource source = elementSource(ctx, type, indices);
+    const int32_t largest = readable ? largestIndex(source, count) : -1; // for every mode: a bad index type is told
     std::fprintf(file, "TYPE ");
     if (mode != GL_TRIANGLE_STRIP) {
         std::fprintf(file, "NB! COULDN'T HANDLE THE PRIMITIVE TYPE: %x\n", mode);
-    } else if (!isReadable(ctx, indices)) {
+    } else if (!readable) {
         std::fprintf(file, "NB! COULDN'T READ THE BUFFER OBJECTS\n");
     } else {
-        writeStrip(file, elementSource(ctx, type, indices), count);
+        writeStrip(file, source, count, largest);
     }
     std::fclose(file);
 }

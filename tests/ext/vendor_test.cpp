@@ -216,22 +216,26 @@ TEST_F(VendorEntryPoints, TheAlphaFactorReachesTheShadersWhileItsCapabilityIsOn)
 {
     const GLfloat triangle[] = {0, 0, 1, 0, 0, 1};
     glVertexPointer(2, GL_FLOAT, 0, triangle);
-    glAlphaFactorfZEK(0.25f);
+    // The factors that a draw loads.
     const auto loads = [] {
-        size_t count = 0;
-        const std::string wanted = "glUniform1f(" + std::to_string(fakeLocation("gles_alphaFactor")) + ", 0.25)";
+        takeCalls();
+        glDrawArrays(GL_TRIANGLES, 0, 3);
+        const std::string head = "glUniform1f(" + std::to_string(fakeLocation("gles_alphaFactor")) + ", ";
+        std::vector<std::string> values;
         for (const std::string &call : takeCalls())
-            count += call == wanted;
-        return count;
+            if (call.starts_with(head)) values.push_back(call.substr(head.size(), call.size() - head.size() - 1));
+        return values;
     };
-    glDrawArrays(GL_TRIANGLES, 0, 3);
-    EXPECT_EQ(loads(), 0u);
+    using Values = std::vector<std::string>;
+    EXPECT_EQ(loads(), Values{});
     glEnable(GL_ALPHA_FACTOR_ZEK);
-    glDrawArrays(GL_TRIANGLES, 0, 3);
-    EXPECT_EQ(loads(), 1u);
+    EXPECT_EQ(loads(), Values{"1"}) << "a new context's";
+    glAlphaFactorfZEK(0.25f);
+    EXPECT_EQ(loads(), Values{"0.25"});
+    glAlphaFactorfZEK(2);
+    EXPECT_EQ(loads(), Values{"2"}) << "taken by the next draw, without a mark";
     glDisable(GL_ALPHA_FACTOR_ZEK);
-    glDrawArrays(GL_TRIANGLES, 0, 3);
-    EXPECT_EQ(loads(), 0u);
+    EXPECT_EQ(loads(), Values{});
 }
 
 TEST_F(VendorEntryPoints, MatrixHintsAreIgnored)

@@ -491,5 +491,17 @@ TEST_F(ObjectQueries, QueriesAnswerInInterfaceOnlyMode)
     expectMaterial(GL_SHININESS, {0}, {0});
     expectLight(GL_LIGHT0, GL_SPOT_CUTOFF, {180}, {180 << 16});
     expectClipPlane(GL_CLIP_PLANE1, {0, 0, 0, 0}, {0, 0, 0, 0});
+    GLint mode = 0;
+    GLfloat modeFloat = 0;
+    GLfixed modeFixed = 0;
+    glGetTexGenivOES(GL_TEXTURE_GEN_STR_OES, GL_TEXTURE_GEN_MODE_OES, &mode);
+    glGetTexGenfvOES(GL_TEXTURE_GEN_STR_OES, GL_TEXTURE_GEN_MODE_OES, &modeFloat);
+    glGetTexGenxvOES(GL_TEXTURE_GEN_STR_OES, GL_TEXTURE_GEN_MODE_OES, &modeFixed);
+    EXPECT_EQ(mode, ctx->texGen[0].mode);
+    EXPECT_EQ(modeFloat, static_cast<GLfloat>(ctx->texGen[0].mode));
+    EXPECT_EQ(modeFixed, ctx->texGen[0].mode);
+    void *pointer = &mode;
+    glGetPointerv(GL_VERTEX_ARRAY_POINTER, &pointer);
+    EXPECT_EQ(pointer, nullptr);
     expectRefused<GLfloat>([](GLfloat *out) { glGetLightfv(GL_LIGHT0, 0, out); }, GL_INVALID_ENUM);
 }

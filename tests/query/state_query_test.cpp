@@ -577,6 +577,23 @@ TEST_F(StateQueries, StackDepthsAnswerUpToTheirLimits)
     }
 }
 
+TEST_F(StateQueries, AMatrixWithoutItsFloatFormIsAnAssertion)
+{
+    const std::pair<GLenum, uint32_t> matrices[] = {{GL_MODELVIEW_MATRIX, STACK_MODELVIEW},
+                                                    {GL_PROJECTION_MATRIX, STACK_PROJECTION},
+                                                    {GL_TEXTURE_MATRIX, STACK_TEXTURE0}};
+    for (const auto &[name, stack] : matrices) {
+        GLfloat values[16];
+        glGetFloatv(name, values);
+        EXPECT_TRUE(fakePlatform().assertions.empty()) << stack;
+        ctx->transform.top[stack]->flags &= ~static_cast<uint32_t>(MATRIX_FLOAT);
+        glGetFloatv(name, values);
+        EXPECT_EQ(fakePlatform().assertions.size(), 1u) << stack;
+        fakePlatform().assertions.clear();
+        ctx->transform.top[stack]->flags |= MATRIX_FLOAT;
+    }
+}
+
 TEST_F(StateQueries, WithoutTheBackendsFunctionAQueryIsAnAssertionAndWritesNothing)
 {
     GLint integer = 5;

@@ -7,6 +7,7 @@
 #include "state/state_test.h"
 #include "support/working_directory.h"
 
+#include <cstdlib>
 #include <regex>
 #include <sstream>
 
@@ -150,26 +151,32 @@ TEST_F(Dumps, ABinEntryHasColumnRowAndClass)
     };
     // Column: two per clip-space width, and one in front. Row: four from the top, and one in front.
     const Bin bins[] = {
-        {{0.2f, 0.2f, 0, 1}, "(2,2,IN )"},       // sx 0.6, sy 1.6
-        {{0.4f, 0.4f, 0, 2}, "(2,2,IN )"},       // the same after the division
-        {{-0.6f, -0.7f, 0, 1}, "(1,4,IN )"},     // sx 0.2, sy 3.4
-        {{8.6f, -8.8f, 0, 1}, "(7,7,IN )"},      // sx 4.8, sy 19.6
-        {{-2.5f, 2.7f, 0, 1}, "(0,0,IN )"},      // sx -0.75, sy -3.4
-        {{0, 0, 0, 1}, "!2,3,IN !"},             // sy 2 is the edge of a bin
-        {{1.01f, 0.2f, 0, 1}, "!3,2,IN !"},      // sx 1.005: 0.005 from the edge
-        {{1.03f, 0.2f, 0, 1}, "(3,2,IN )"},      // sx 1.015
-        {{0.99f, 0.2f, 0, 1}, "(2,2,IN )"},      // sx 0.995: in front of the edge is not on it
-        {{0.2f, 1, 0, 1}, "!2,1,IN !"},          // sy 0
-        {{0.2f, 0.5f, 0, 1}, "(2,2,IN )"},       // sy 1: only every second row counts
-        {{0.2f, 0.97f, 0, 1}, "(2,1,IN )"},      // sy 0.06, halved 0.03
-        {{0.2f, 0.995f, 0, 1}, "!2,1,IN !"},     // sy 0.01, halved 0.005
-        {{-3, 0.2f, 0, 1}, "!0,2,IN !"},         // sx -1
-        {{-3.01f, 0.2f, 0, 1}, "!0,2,IN !"},     // sx -1.005
-        {{-2.99f, 0.2f, 0, 1}, "(0,2,IN )"},     // sx -0.995
-        {{0.2f, 0.2f, -1, 1}, "(2,2,IN )"},      // on the near plane
-        {{0.2f, 0.2f, -1.01f, 1}, "(2,2,NCP)"},  // before it
-        {{0.2f, 0.2f, 1, 1}, "(2,2,IN )"},       // on the far plane
-        {{0.2f, 0.2f, 1.01f, 1}, "(2,2,FCP)"},   // behind it
+        {{0.2f, 0.2f, 0, 1}, "(2,2,IN )"},      // sx 0.6, sy 1.6
+        {{0.4f, 0.4f, 0, 2}, "(2,2,IN )"},      // the same after the division
+        {{-0.6f, -0.7f, 0, 1}, "(1,4,IN )"},    // sx 0.2, sy 3.4
+        {{8.6f, -8.8f, 0, 1}, "(7,7,IN )"},     // sx 4.8, sy 19.6
+        {{-2.5f, 2.7f, 0, 1}, "(0,0,IN )"},     // sx -0.75, sy -3.4
+        {{-1.4f, 0.2f, 0, 1}, "(1,2,IN )"},     // 2 sx = -0.4: the integer part is 0
+        {{0.2f, 1.2f, 0, 1}, "(2,1,IN )"},      // sy -0.4
+        {{0, 0, 0, 1}, "!2,3,IN !"},            // sy 2 is the edge of a bin
+        {{1.01f, 0.2f, 0, 1}, "!3,2,IN !"},     // sx 1.005: 0.005 from the edge
+        {{1.03f, 0.2f, 0, 1}, "(3,2,IN )"},     // sx 1.015
+        {{0.99f, 0.2f, 0, 1}, "(2,2,IN )"},     // sx 0.995: in front of the edge is not on it
+        {{0.2f, 1, 0, 1}, "!2,1,IN !"},         // sy 0
+        {{0.2f, 0.5f, 0, 1}, "(2,2,IN )"},      // sy 1: only every second row counts
+        {{0.2f, 0.97f, 0, 1}, "(2,1,IN )"},     // sy 0.06, halved 0.03
+        {{0.2f, 0.995f, 0, 1}, "!2,1,IN !"},    // sy 0.01, halved 0.005
+        {{-3, 0.2f, 0, 1}, "!0,2,IN !"},        // sx -1
+        {{-3.01f, 0.2f, 0, 1}, "!0,2,IN !"},    // sx -1.005
+        {{-2.99f, 0.2f, 0, 1}, "(0,2,IN )"},    // sx -0.995
+        {{0.2f, 0.2f, -1, 1}, "(2,2,IN )"},     // on the near plane
+        {{0.2f, 0.2f, -1.01f, 1}, "(2,2,NCP)"}, // before it
+        {{0.2f, 0.2f, 1, 1}, "(2,2,IN )"},      // on the far plane
+        {{0.2f, 0.2f, 1.01f, 1}, "(2,2,FCP)"},  // behind it
+        {{0.4f, 0.4f, 1.5f, 2}, "(2,2,IN )"},   // the planes lie at w
+        {{0.4f, 0.4f, -1.5f, 2}, "(2,2,IN )"},
+        {{0.4f, 0.4f, 2.1f, 2}, "(2,2,FCP)"},
+        {{0.4f, 0.4f, -2.1f, 2}, "(2,2,NCP)"},
         {{-0.2f, -0.2f, 0, -1}, "(2,2,NEG)"},    // behind the viewer
         {{0.2f, 0.2f, 0, 0}, "!0,0,NEG!"},       // nowhere
         {{kNaN, 0.2f, 0, 1}, "(0,0,NEG)"},       // no place: every product of the matrix is NaN
@@ -293,6 +300,41 @@ TEST_F(Dumps, OtherPrimitivesAreTold)
                   "TYPE NB! COULDN'T HANDLE THE PRIMITIVE TYPE: " + std::to_string(mode) + "\n");
     }
     EXPECT_EQ(clipOf(0xAB, 1, GL_UNSIGNED_BYTE, &index), "TYPE NB! COULDN'T HANDLE THE PRIMITIVE TYPE: ab\n");
+    EXPECT_TRUE(fakePlatform().assertions.empty());
+    const GLuint indices[] = {0};
+    clipOf(GL_TRIANGLES, 1, GL_UNSIGNED_INT, indices);
+    EXPECT_EQ(fakePlatform().assertions.size(), 1u) << "the largest index is looked for in every mode";
+}
+
+TEST_F(Dumps, ClipFilesAreAppended)
+{
+    const GLubyte index = 0;
+    glVertexPointer(2, GL_FLOAT, 0, kTriangle);
+    const std::string once = clipOf(GL_LINES, 1, GL_UNSIGNED_BYTE, &index);
+    dumpClipFileElements(ctx, GL_LINES, 1, GL_UNSIGNED_BYTE, &index);
+    EXPECT_EQ(readFile(kClip), once + once);
+}
+
+TEST_F(Dumps, ReportsAndSnapshotsAreNumberedFromZero)
+{
+    // The counters belong to the process, so this takes one of its own.
+    testing::GTEST_FLAG(death_test_style) = "threadsafe";
+    const auto numbers = [&] {
+        const GLubyte index = 0;
+        glVertexPointer(2, GL_FLOAT, 0, kTriangle);
+        glDrawArrays(GL_TRIANGLES, 0, 1);
+        for (int i = 0; i < 2; ++i) {
+            dumpBinIDsElements(ctx, GL_TRIANGLES, 1, GL_UNSIGNED_BYTE, &index);
+            glReadPixels_2_0 = readNothing;
+            snapshot("picture", 1, 1);
+        }
+        const std::string bins = readFile(kBins);
+        const bool right = bins.find("BinID buffer #0 (") == 0 && bins.find("#1 (") != std::string::npos &&
+                           bins.find("#2 (") == std::string::npos && std::filesystem::exists("picture0.tga") &&
+                           std::filesystem::exists("picture1.tga") && !std::filesystem::exists("picture2.tga");
+        std::_Exit(right ? 0 : 1);
+    };
+    EXPECT_EXIT(numbers(), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Dumps, AFramebufferIsSavedFromTheTopAsBlueGreenRedOpaque)
@@ -305,6 +347,8 @@ TEST_F(Dumps, AFramebufferIsSavedFromTheTopAsBlueGreenRedOpaque)
         2,  1,  0,  255, 6,  5,  4,  255, 10, 9,  8,  255,                       // first
     };
     EXPECT_EQ(readFile("picture.tga"), std::string(reinterpret_cast<const char *>(expected), sizeof(expected)));
+    saveFramebuf("picture.tga", 3, 2);
+    EXPECT_EQ(readFile("picture.tga").size(), sizeof(expected)) << "the file is written anew";
 }
 
 TEST_F(Dumps, AFramebufferWiderThanAByteKeepsItsSize)

@@ -6,7 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstring>
 #include <random>
 #include <vector>
@@ -17,6 +19,31 @@ constexpr char kFile[] = "orvala_panel.txt";
 constexpr char kVariable[] = "ORVALA_FORCE_GMEM_SHL";
 constexpr uint32_t kFlags0 = 0x43A90000; // without a file
 constexpr uint32_t kFlags1 = 0x000011A1;
+
+// The order that other components know.
+constexpr size_t kPlaces[] = {
+    offsetof(PanelSettings, flags0),
+    offsetof(PanelSettings, flags1),
+    offsetof(PanelSettings, resolveLogPath),
+    offsetof(PanelSettings, vertexShaderDumpPath),
+    offsetof(PanelSettings, fragmentShaderDumpPath),
+    offsetof(PanelSettings, compilerDumpShaderName),
+    offsetof(PanelSettings, compilerDumpPath),
+    offsetof(PanelSettings, guardbandValue),
+    offsetof(PanelSettings, onChipMemorySize),
+    offsetof(PanelSettings, binCountWeight),
+    offsetof(PanelSettings, groupCountWeight),
+    offsetof(PanelSettings, triangleJuice),
+    offsetof(PanelSettings, vertexBufferSetting),
+    offsetof(PanelSettings, multisampleMode),
+    offsetof(PanelSettings, hardwareBlit2D),
+    offsetof(PanelSettings, failNth),
+    offsetof(PanelSettings, doNotFailFirst),
+    offsetof(PanelSettings, failRandomSeed),
+    offsetof(PanelSettings, failPercent),
+};
+static_assert(std::size(kPlaces) == 19 && std::is_sorted(std::begin(kPlaces), std::end(kPlaces)));
+static_assert(sizeof(PanelSettings) == 14 * 4 + 5 * sizeof(void *));
 
 class SettingsFile : public testing::Test {
 protected:
