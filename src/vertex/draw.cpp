@@ -139,6 +139,7 @@ uint32_t validateShadowState(GLIContext *ctx)
     if (isDerived && !(ctx->transform.uniformDirty & DIRTY_TRANSFORM)) {
         ++ctx->shaderCache->hitCount;
     } else {
+        ctx->derivedFor = 0; // until there is a program: a failed draw leaves nothing to go on from
         deriveShaderState(ctx, isDerived ? DERIVE_TRANSFORM : DERIVE_ALL);
         gliSetShaderProgram(ctx);
         if (!ctx->currentEntry || ctx->currentEntry->program == 0) return 0;

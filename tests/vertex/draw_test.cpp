@@ -423,6 +423,59 @@ TEST_F(Draws, WithoutAShaderTheDrawIsSkippedSilently)
     EXPECT_EQ(ctx->dirty, 0u);
     EXPECT_EQ(ctx->primitiveFlags, 0u);
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
+    drawTriangles();
+    EXPECT_TRUE(callsOf("glDrawArrays").empty());
+    fakeBackend().createShaderFails = false;
+}
+
+// What was derived for the failed draw is not the next one's, although nothing is called between them.
+TEST_F(Draws, ADrawAfterAFailedOneIsDerivedAnew)
+{
+    struct Failure {
+        std::function<void()> draw;
+        size_t drawnNext; // triangles straight after it: their own program is there, or is the one that failed
+    };
+    const Failure failures[] = {
+        {[] { glDrawArrays(GL_POINTS, 0, 1); }, 1},
+        {[] { glDrawArrays(GL_LINES, 0, 2); }, 1},
+        {[] {
+             glRotatef(30, 1, 1, 0); // another form of matrix, and so another program
+             drawTriangles();
+         },
+         0},
+    };
+    glEnable(GL_LINE_SMOOTH); // lines need a program of their own
+    for (const Failure &failure : failures) {
+        drawTriangles();
+        ASSERT_NE(ctx->derivedFor, 0);
+        fakeBackend().createShaderFails = true;
+        takeCalls();
+        failure.draw();
+        ASSERT_TRUE(callsOf("glDrawArrays").empty());
+        ASSERT_EQ(ctx->currentEntry, nullptr);
+        drawTriangles();
+        EXPECT_EQ(callsOf("glDrawArrays").size(), failure.drawnNext);
+        EXPECT_EQ(ctx->key.pointSize, 0u);
+        fakeBackend().createShaderFails = false;
+        glLoadIdentity();
+        takeCalls();
+        drawTriangles();
+        EXPECT_EQ(callsOf("glDrawArrays").size(), 1u);
+    }
+}
+
+TEST_F(Draws, ADrawAfterOneWhoseProgramHasNoNameIsDerivedAnew)
+{
+    glDrawArrays(GL_POINTS, 0, 1);
+    ctx->currentEntry->program = 0;
+    drawTriangles();
+    ASSERT_NE(ctx->currentEntry->program, 0u);
+    glDrawArrays(GL_POINTS, 0, 1); // dropped
+    takeCalls();
+    drawTriangles();
+    EXPECT_EQ(callsOf("glDrawArrays").size(), 1u);
+    EXPECT_EQ(ctx->key.pointSize, 0u);
+    EXPECT_NE(ctx->currentEntry->program, 0u);
 }
 
 TEST_F(Draws, AProgramWithoutANameSkipsTheDraw)
