@@ -73,7 +73,7 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
     const std::string vertex = linked->key.c_str(); // up to the zero that ends it
     const std::string fragment = linked->key.c_str() + vertex.size() + 1;
     // What the linked program lost in spite of the abilities, it would lose again.
-    const bool lost = linked->flatLost || linked->lineCoordLost;
+    const bool lost = linked->plain || linked->flatLost || linked->lineCoordLost;
     TranslatedProgram texts =
         translateProgram(vertex, fragment, lost ? plainAbilities(abilities) : abilities, expansion);
     expanded->doubled = texts.doubled;

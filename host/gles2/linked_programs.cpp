@@ -58,6 +58,7 @@ static void buildLinked(LinkedProgram *linked, const ProgramObject *program, con
     linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
     if (!linked->driverProgram && texts.version > 100) {
         refused = std::move(linked->result);
+        linked->plain = true;
         texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource,
                                  plainAbilities(abilities));
         linked->result = {};

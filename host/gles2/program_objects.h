@@ -110,7 +110,8 @@ struct LinkedProgram {
     std::vector<AttributeLocation> attributes; // the active ones
     bool keepable;                             // every uniform is remembered, so that all can be put back to zero
     bool expandsLines;                         // has the geometry shader that makes rectangles of lines
-    bool flatLost;                             // see TranslatedProgram
+    bool plain;    // made for GLSL ES 1.00, since the driver refused the text of a higher version
+    bool flatLost; // see TranslatedProgram
     bool lineCoordLost;
     LineUniforms lines;                           // with expandsLines
     ExpandedProgram *expanded[kExpandedPrograms]; // null until a draw needs one, see findExpanded

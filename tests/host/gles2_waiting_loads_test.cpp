@@ -3,6 +3,7 @@
 // looks at the values may notice.
 #include "backend_fixture.h"
 
+#include <algorithm>
 #include <random>
 #include <thread>
 #include <vector>
@@ -181,6 +182,54 @@ TEST_F(WaitingLoadsTest, RandomLoadsLeaveWhatAlwaysLoadingLeaves)
         for (size_t i = 0; i < elements.size(); ++i)
             ASSERT_EQ(held(elements[i]), expected[i]) << elements[i] << " in round " << round;
     }
+}
+
+// As above, but nothing asks for the values: only the draw can give them to the driver.
+TEST_F(WaitingLoadsTest, RandomLoadsShowInThePicture)
+{
+    const char *const arrays[] = {"a", "b", "c", "d", "e"};
+    const int sizes[] = {4, 4, 2, 2, 2};
+    int steps[5][4] = {}; // in 1/255
+    std::mt19937 random(12);
+    for (int round = 0; round < 300; ++round) {
+        for (unsigned loads = random() % 12; loads > 0; --loads) {
+            const unsigned array = random() % 5;
+            const int size = sizes[array];
+            const int first = static_cast<int>(random() % static_cast<unsigned>(size));
+            const int count = first + 1 < size && random() % 2 ? 2 : 1; // two at once beside the waiting ones
+            GLfloat values[8];
+            for (int i = 0; i < count; ++i) {
+                steps[array][first + i] = static_cast<int>(random() % 18);
+                std::fill_n(values + 4 * i, 4, static_cast<GLfloat>(steps[array][first + i]) / 255.0f);
+            }
+            const std::string name = std::string(arrays[array]) + "[" + std::to_string(first) + "]";
+            gl.glUniform4fv(gl.glGetUniformLocation(program, name.c_str()), count, values);
+        }
+        if (random() % 3 == 0) continue; // what waits, waits on
+        int sum = 0;
+        for (const auto &array : steps)
+            for (const int step : array)
+                sum += step;
+        drawSquare();
+        ASSERT_NEAR(pixelAt(4, 4)[0], sum, 1) << round; // at most 14 * 17 = 238
+    }
+}
+
+TEST_F(WaitingLoadsTest, TwoElementsAtOnceReachTheDriverOnceAndAtOnce)
+{
+    const GLint location = gl.glGetUniformLocation(program, "c");
+    const GLfloat values[] = {0.2f, 0.2f, 0.2f, 0.2f, 0.4f, 0.4f, 0.4f, 0.4f};
+    const int before = uniformCalls();
+    gl.glUniform4fv(location, 2, values);
+    EXPECT_EQ(uniformCalls(), before + 1);
+    gl.glUniform4fv(location, 2, values);
+    EXPECT_EQ(uniformCalls(), before + 1);
+    EXPECT_EQ(held("c[0]"), 0.2f);
+    EXPECT_EQ(held("c[1]"), 0.4f);
+    gl.glUniform4fv(location + 1, 2, values + 4); // the second of these lies behind the end
+    EXPECT_EQ(uniformCalls(), before + 1);
+    drawSquare();
+    EXPECT_EQ(pixelAt(4, 4), (Pixel{153, 153, 153, 153}));
 }
 
 } // namespace
