@@ -200,6 +200,11 @@ static void GL_APIENTRY countingDrawElements(GLenum mode, GLsizei count, GLenum 
     if (begun) noteFirstDraw(begun, begin);
 }
 
+void drawUncounted(GLenum mode, GLint first, GLsizei count)
+{
+    (explainer ? explainer->drawArrays : driver.glDrawArrays)(mode, first, count);
+}
+
 static void countFrame()
 {
     const Guard guard(explainer->lock);

@@ -21,3 +21,6 @@ void explainExpanded(ExplainedProgram *program, const std::string &use, const Ex
 
 /// A program was asked for that had been kept.
 void explainKept(ExplainedProgram *program);
+
+/// The driver's glDrawArrays for draws of the backend's own, which are no draws of the application's and not counted.
+void drawUncounted(GLenum mode, GLint first, GLsizei count);

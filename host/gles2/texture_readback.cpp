@@ -2,6 +2,7 @@
 // Texels of a texture read back: glGetTexSubImageZEK. OpenGL ES 2.0 reads only what it can render to, so the level is
 // made a framebuffer's where the driver allows it, and drawn into one otherwise. Both happen in the side context, where
 // the application's state is out of reach.
+#include "explain.h"
 #include "machine_context.h"
 #include "texel_formats.h"
 #include "texture_levels.h"
@@ -180,7 +181,7 @@ static bool drawRegion(const Region &region)
     driver.glEnableVertexAttribArray(0);
     driver.glViewport(0, 0, region.width, region.height);
     driver.glDisable(GL_DITHER);
-    driver.glDrawArrays(GL_TRIANGLE_STRIP, 0, 4);
+    drawUncounted(GL_TRIANGLE_STRIP, 0, 4);
     driver.glUseProgram(0);
     driver.glDeleteProgram(program);
     return true;

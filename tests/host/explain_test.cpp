@@ -97,6 +97,26 @@ TEST(Explain, TheSummaryCountsDrawsSearchesAndBuilds)
                " +002 +0 +1 +\\d+\\.\\d+ +1 +\\d+\\.\\d +\\d+\\.\\d +3 +12  GL_POINTS, GL_LINES, GL_TRIANGLE_STRIP");
 }
 
+// A luminance image is read back by drawing it aside, with a program of the backend's own.
+TEST(Explain, ATextureReadBackIsNoDraw)
+{
+    const TemporaryFolder folder;
+    runExplained(folder.path, [](Application &app) {
+        const GLubyte grey = 77;
+        GLubyte found = 0;
+        GLuint texture = 0;
+        app.gl.glGenTextures(1, &texture);
+        app.gl.glBindTexture(GL_TEXTURE_2D, texture);
+        app.gl.glTexImage2D(GL_TEXTURE_2D, 0, GL_LUMINANCE, 1, 1, 0, GL_LUMINANCE, GL_UNSIGNED_BYTE, &grey);
+        app.draw(app.link(kPlainVertex, fragmentOf(1)));
+        app.gl.glGetTexSubImageZEK(GL_TEXTURE_2D, 0, 0, 0, 0, 1, 1, 1, GL_LUMINANCE, GL_UNSIGNED_BYTE, &found);
+        EXPECT_EQ(found, grey);
+    });
+    const std::string summary = summaryIn(folder.path);
+    expectLine(summary, "explain_test: 1 draw in 0 frames .*");
+    expectLine(summary, " +001 .* 1 +4  GL_TRIANGLE_STRIP");
+}
+
 TEST(Explain, AProgramIsComparedWithTheOneBeforeIt)
 {
     const TemporaryFolder folder;
