@@ -193,6 +193,8 @@ int examine(const std::string &folder)
 {
     if (const char *failedCall = probeContext(2)) return refuseContext(failedCall);
     const bool ownEs1 = !probeContext(1);
+    // A wrong value limits nothing and has been told by now. The libraries would tell it again.
+    if (driverLimit() == DriverLimit::None) unsetenv("TRL20_DRIVER_LIMIT");
     const std::string failure = tryDrawing(folder);
     if (!failure.empty()) return refuseDrawing(failure, folder);
 

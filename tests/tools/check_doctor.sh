@@ -50,6 +50,13 @@ says 'limited     to thin-lines'
 row 'flat shading' yes
 row 'wide lines' no
 
+examine 0 TRL20_DRIVER_LIMIT=es3
+expect 'a limit that is none is not told as one' '' "$(grep '^limited' <<<"$report")"
+row 'flat shading' yes
+expect 'a limit that is none: standard error' \
+    "trl20: TRL20_DRIVER_LIMIT is es2 or thin-lines, not 'es3'; the driver is used as it is" \
+    "$(TRL20_DRIVER_LIMIT=es3 "$doctor" "$libraries" 2>&1 >/dev/null)"
+
 # What this driver can be told to leave out.
 if grep -q Mesa <<<"$report"; then
     examine 0 MESA_GLES_VERSION_OVERRIDE=2.0
