@@ -217,6 +217,16 @@ TEST_F(SceneTableOfScripts, ComparesTheOtherTwoWhereTheMachineHasNoEs1)
     EXPECT_EQ(valueInJson("scenes[0].es2.differing_pixels"), "0");
 }
 
+// The pair in the place of the machine's own ES 1.1, which has the matrix palette then.
+TEST_F(SceneTableOfScripts, ComparesAllThreeWhereTheMachineHasTheMatrixPalette)
+{
+    replaceProgram("es1bench", "LD_LIBRARY_PATH='" + kBuild.libraries + "' exec " + program("es1bench") + " \"$@\"");
+    const Outcome outcome = run("--scene skinning --rounds 0");
+    EXPECT_EQ(outcome.status, 0) << outcome.text;
+    EXPECT_EQ(valueInJson("scenes[0].native.unavailable"), "");
+    EXPECT_EQ(valueInJson("scenes[0].native.differing_pixels"), "0");
+}
+
 // As callgrind writes it: names in short from their second use on, costs of calls after "calls=".
 TEST(Profile, CountsEachFileWithoutItsCalls)
 {
