@@ -20,9 +20,12 @@ struct MachineEgl {
 #include "machine_egl.def"
 };
 
+// Said to be this library's own, so that a call of the driver's is a jump through the pointer and nothing else.
+#pragma GCC visibility push(hidden)
 /// The driver's functions; all null until loadDriver has succeeded.
 extern Driver driver;
 extern MachineEgl machineEgl;
+#pragma GCC visibility pop
 
 /// Finds and binds the driver, once per process. Returns false when there is none or one that lacks a core function,
 /// and says on standard error what was tried. TRL20_DRIVER_EGL and TRL20_DRIVER_GLES2 name other files than the

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "buffer_copies.h"
+#include "equal_words.h"
 #include "gl_api.h"
 #include "noted_levels.h"
 #include "object_names.h"
@@ -62,9 +63,15 @@ struct UniformSlot {
     UniformKind heldKind; // the same while `held` is what the driver has; None: the next load goes through
     bool isArray;
     bool isSampler;
-    int element;      // index in its array; 0 for a single value
-    int elementsLeft; // elements from this one to the array's last; 1 for a single value
-    uint32_t *held;   // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it
+    int16_t element;      // index in its array; 0 for a single value
+    int16_t elementsLeft; // elements from this one to the array's last; 1 for a single value
+    uint32_t *held;       // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it
+};
+static_assert(sizeof(UniformSlot) <= 16); // found by a shift
+
+/// Room for held values. A uniform begins at the start of one, so that it can be compared four words at a time.
+struct alignas(kHeldAlignment) HeldVector {
+    uint32_t words[4];
 };
 
 /// The viewport's size and the line's width in a program that makes rectangles of lines, and what was last loaded.
@@ -105,7 +112,7 @@ struct LinkedProgram {
     std::vector<UniformSlot> uniforms; // by location
     UniformSlot *slots;                // those of `uniforms` and their number, at hand without arithmetic
     size_t slotCount;
-    std::vector<uint32_t> values;
+    std::vector<HeldVector> values;
     WaitingLoads waiting;
     std::vector<AttributeLocation> attributes; // the active ones
     bool keepable;                             // every uniform is remembered, so that all can be put back to zero

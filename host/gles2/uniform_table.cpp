@@ -45,6 +45,12 @@ uint32_t wordsOf(UniformKind kind)
     return row == std::end(kTypes) ? 0 : row->words;
 }
 
+// The room for the elements of one uniform. Each begins at a vector, so that it can be compared in vectors.
+static size_t heldVectors(UniformKind kind, GLint elements)
+{
+    return (wordsOf(kind) * static_cast<size_t>(elements) + 3) / 4;
+}
+
 // Adds the elements of one uniform. Elements without consecutive locations are left out, and false is returned: loads
 // of them go through, and what they hold is not known.
 static bool addUniform(LinkedProgram *linked, const ActiveUniform &uniform)
@@ -69,12 +75,12 @@ static bool addUniform(LinkedProgram *linked, const ActiveUniform &uniform)
             .heldKind = kind,
             .isArray = isArray,
             .isSampler = isSampler(uniform.type),
-            .element = i,
-            .elementsLeft = elements - i,
+            .element = static_cast<int16_t>(i),
+            .elementsLeft = static_cast<int16_t>(elements - i),
             .held = nullptr,
         };
     }
-    linked->values.resize(linked->values.size() + wordsOf(kind) * static_cast<size_t>(elements));
+    linked->values.resize(linked->values.size() + heldVectors(kind, elements));
     return true;
 }
 
@@ -83,10 +89,11 @@ static void placeValues(LinkedProgram *linked)
 {
     linked->slots = linked->uniforms.data();
     linked->slotCount = linked->uniforms.size();
-    uint32_t *next = linked->values.data();
+    size_t word = 0;
     for (UniformSlot &slot : linked->uniforms) {
-        slot.held = next;
-        next += wordsOf(slot.kind);
+        if (slot.element == 0) word = (word + 3) / 4 * 4;
+        slot.held = linked->values.data()->words + word;
+        word += wordsOf(slot.kind);
     }
 }
 
@@ -158,6 +165,6 @@ void zeroUniforms(LinkedProgram *linked)
         loadUniform(linked->uniforms[location].kind, static_cast<GLint>(location), zeros);
         linked->uniforms[location].heldKind = linked->uniforms[location].kind;
     }
-    std::fill(linked->values.begin(), linked->values.end(), 0u);
+    std::fill(linked->values.begin(), linked->values.end(), HeldVector{});
     linked->waiting.count = 0;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Uniform loads. The library above loads all its uniforms at every draw; the driver is called only for values it does
 // not have.
+#include "equal_words.h"
 #include "waiting_loads.h"
 
 #include <algorithm>
@@ -21,39 +22,6 @@ static void forgetUniform(LinkedProgram *program, GLint location)
 static bool namesUsualUnits(const GLint *units, GLsizei count)
 {
     return std::all_of(units, units + count, [](GLint unit) { return unit >= 0 && unit < 8; });
-}
-
-// Four words at a time where the processor can.
-using FourWords = uint32_t __attribute__((vector_size(16), aligned(4), may_alias));
-
-// Bits are compared, since -0.0 and NaN are values like others.
-template <size_t words>
-[[gnu::always_inline]] static inline bool isEqual(const uint32_t *held, const void *values)
-{
-    const auto *given = static_cast<const char *>(values);
-    uint64_t difference = 0;
-    size_t at = 0;
-    if constexpr (words > 4) {
-        FourWords wide = {};
-        for (; at + 4 <= words; at += 4)
-            wide |=
-                *reinterpret_cast<const FourWords *>(held + at) ^ *reinterpret_cast<const FourWords *>(given + 4 * at);
-        uint64_t halves[2];
-        memcpy(halves, &wide, sizeof halves);
-        difference = halves[0] | halves[1];
-    }
-    for (; at + 2 <= words; at += 2) {
-        uint64_t a, b;
-        memcpy(&a, held + at, sizeof a);
-        memcpy(&b, given + 4 * at, sizeof b);
-        difference |= a ^ b;
-    }
-    if constexpr (words % 2) {
-        uint32_t last;
-        memcpy(&last, given + 4 * (words - 1), sizeof last);
-        difference |= held[words - 1] ^ last;
-    }
-    return difference == 0;
 }
 
 // Where the driver's value of a uniform is remembered, for loads of its own kind; null for everything unusual.
@@ -87,7 +55,7 @@ static bool mustLoad(GLint location, GLsizei count, const void *values)
     if constexpr (kind == UniformKind::Int1) {
         if (slot.isSampler && !namesUsualUnits(static_cast<const GLint *>(values), count)) return true;
     }
-    const size_t size = static_cast<size_t>(std::min(count, slot.elementsLeft)) * words * sizeof(uint32_t);
+    const size_t size = static_cast<size_t>(std::min<GLsizei>(count, slot.elementsLeft)) * words * sizeof(uint32_t);
     if (slot.heldKind == kind && memcmp(slot.held, values, size) == 0) return false;
     memcpy(slot.held, values, size);
     return true;
@@ -138,7 +106,7 @@ template <auto function, UniformKind kind, size_t words, typename Value>
             // A compiler drops the last elements when nothing reads them, and loads of those are ignored.
             if (isEqual<words>(slot->held, values)) return;
         } else if (count == 2 && slot->elementsLeft >= 2) {
-            if (isEqual<2 * words>(slot->held, values)) return;
+            if (isEqual<words, 2>(slot->held, values)) return;
             if (kind != UniformKind::Int1) {
                 memcpy(slot->held, values, 2 * words * sizeof(uint32_t));
                 return (driver.*function)(location, count, values);

@@ -3,7 +3,9 @@
 // always calling it would have left there.
 #include "backend_fixture.h"
 
+#include <algorithm>
 #include <cstring>
+#include <functional>
 #include <map>
 #include <random>
 #include <vector>
@@ -186,6 +188,63 @@ TEST_F(UniformTest, ASharedProgramHasOneSetOfValues)
     EXPECT_EQ(held("two", 2), (std::vector<GLfloat>{1.0f, 2.0f}));
     makeCurrent(nullptr);
     EXPECT_EQ(backend().table.destroyContext(other), 1);
+}
+
+// Elements lie behind one another, so that most of them begin anywhere.
+TEST_F(UniformTest, EveryWordOfEveryElementCounts)
+{
+    const GLuint arrays = makeProgram(
+        "attribute vec4 gles_Vertex;\nuniform float ones[3];\nuniform vec2 twos[3];\nuniform vec3 threes[3];\n"
+        "uniform vec4 fours[3];\nuniform mat2 squares2[3];\nuniform mat3 squares3[3];\nuniform mat4 squares4[3];\n"
+        "void main()\n{\n    gl_Position = gles_Vertex;\n    for (int i = 0; i < 3; ++i) {\n"
+        "        gl_Position += squares4[i] * fours[i] + ones[i];\n"
+        "        gl_Position.xyz += squares3[i] * threes[i];\n"
+        "        gl_Position.xy += squares2[i] * twos[i];\n    }\n}\n",
+        "void main()\n{\n    gl_FragColor = vec4(1.0);\n}\n");
+    gl.glUseProgram(arrays);
+    const auto loadsOf = [](void(GL_APIENTRY * load)(GLint, GLsizei, const GLfloat *)) {
+        return [load](GLint at, GLsizei count, const GLfloat *values) { load(at, count, values); };
+    };
+    const auto matricesOf = [](void(GL_APIENTRY * load)(GLint, GLsizei, GLboolean, const GLfloat *)) {
+        return [load](GLint at, GLsizei count, const GLfloat *values) { load(at, count, GL_FALSE, values); };
+    };
+    const struct {
+        std::string name;
+        size_t words;
+        std::function<void(GLint, GLsizei, const GLfloat *)> load;
+    } kinds[] = {
+        {"ones", 1, loadsOf(gl.glUniform1fv)},
+        {"twos", 2, loadsOf(gl.glUniform2fv)},
+        {"threes", 3, loadsOf(gl.glUniform3fv)},
+        {"fours", 4, loadsOf(gl.glUniform4fv)},
+        {"squares2", 4, matricesOf(gl.glUniformMatrix2fv)},
+        {"squares3", 9, matricesOf(gl.glUniformMatrix3fv)},
+        {"squares4", 16, matricesOf(gl.glUniformMatrix4fv)},
+    };
+    for (const auto &kind : kinds) {
+        for (size_t element = 0; element < 3; ++element) {
+            const GLint at = gl.glGetUniformLocation(arrays, (kind.name + "[" + std::to_string(element) + "]").c_str());
+            ASSERT_NE(at, -1) << kind.name;
+            for (const size_t count : {1, 2}) {
+                if (element + count > 3) continue;
+                std::vector<GLfloat> values(kind.words * count);
+                for (GLfloat &value : values) {
+                    value = static_cast<GLfloat>(element + 1);
+                    kind.load(at, static_cast<GLsizei>(count), values.data());
+                    std::vector<GLfloat> got(kind.words);
+                    gl.glGetUniformfv(arrays, at, got.data());
+                    ASSERT_TRUE(std::equal(got.begin(), got.end(), values.begin())) << kind.name << element;
+                    if (count == 2) {
+                        gl.glGetUniformfv(arrays, at + 1, got.data());
+                        ASSERT_TRUE(std::equal(got.begin(), got.end(), values.begin() + kind.words)) << kind.name;
+                    }
+                    const CallCounter counter;
+                    kind.load(at, static_cast<GLsizei>(count), values.data());
+                    ASSERT_EQ(counter.calls(), 0) << kind.name << element;
+                }
+            }
+        }
+    }
 }
 
 // Random loads of every form. After each batch the driver's values are those of always having loaded.

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+// Comparing a value given with the value held. Bits are compared, since -0.0 and NaN are values like others.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+/// Bytes. Where values of a multiple of four words are held, they are held at multiples of this.
+inline constexpr size_t kHeldAlignment = 16;
+
+#ifdef __SSE2__
+
+/// All ones in each of four words that is the same in both.
+template <bool aligned>
+[[gnu::always_inline]] static inline __m128i equalFour(const uint32_t *held, const char *given)
+{
+    const auto *four = reinterpret_cast<const __m128i *>(held);
+    return _mm_cmpeq_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i *>(given)),
+                           aligned ? _mm_load_si128(four) : _mm_loadu_si128(four));
+}
+
+[[gnu::always_inline]] static inline bool areAllOnes(__m128i equal)
+{
+    return _mm_movemask_epi8(equal) == 0xffff;
+}
+
+/// Whether `count` values of `words` words each are the same.
+template <size_t words, size_t count = 1>
+[[gnu::always_inline]] static inline bool isEqual(const uint32_t *held, const void *values)
+{
+    constexpr bool aligned = words % 4 == 0;
+    constexpr size_t inFours = words * count / 4 * 4;
+    const auto *given = static_cast<const char *>(values);
+    const auto fourAt = [&](size_t word) { return equalFour<aligned>(held + word, given + word * sizeof(uint32_t)); };
+    if constexpr (words * count == 16) {
+        // The first and the last column of a matrix tell nearly every change, whether it is turned or moved.
+        return areAllOnes(_mm_and_si128(fourAt(0), fourAt(12))) && areAllOnes(_mm_and_si128(fourAt(4), fourAt(8)));
+    }
+    if constexpr (inFours > 0) {
+        __m128i equal = fourAt(0);
+        for (size_t word = 4; word < inFours; word += 4)
+            equal = _mm_and_si128(equal, fourAt(word));
+        if (!areAllOnes(equal)) return false;
+    }
+    return memcmp(held + inFours, given + inFours * sizeof(uint32_t), (words * count - inFours) * sizeof(uint32_t)) ==
+           0;
+}
+
+#else
+
+template <size_t words, size_t count = 1>
+static inline bool isEqual(const uint32_t *held, const void *values)
+{
+    return memcmp(held, values, words * count * sizeof(uint32_t)) == 0;
+}
+
+#endif
