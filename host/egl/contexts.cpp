@@ -4,6 +4,7 @@
 #include "current.h"
 #include "es1_contexts.h"
 #include "es1_library.h"
+#include "images_in_place.h"
 #include "machine_egl.h"
 #include "share_groups.h"
 #include "thread_state.h"
@@ -89,8 +90,12 @@ EGLContext createEs1Context(EGLDisplay dpy, EGLConfig config, EGLContext share, 
     request.others.insert(request.others.end(), {EGL_CONTEXT_CLIENT_VERSION, 2, EGL_NONE});
     EGLenum error = EGL_SUCCESS;
     EGLContext machine = EGL_NO_CONTEXT;
-    BackendCreateInfo info = {
-        .size = sizeof(info), .display = dpy, .share = sharing.machine, .context = &machine, .error = &error};
+    BackendCreateInfo info = {.size = sizeof(info),
+                              .display = dpy,
+                              .share = sharing.machine,
+                              .context = &machine,
+                              .error = &error,
+                              .imagesFound = noteImagesInPlace};
     void *created = library->createContext(sharing.library, config, request.others.data(), es1CurrentSlot(), &info);
     if (!created) return error != EGL_SUCCESS ? (finish(EGLint(error)), EGL_NO_CONTEXT) : fail(EGL_BAD_ALLOC);
 

@@ -39,6 +39,7 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     context->display = display;
     context->config = config;
     context->group = share ? share->group : new ShareGroup{};
+    context->imagesFound = info ? info->imagesFound : nullptr;
     // From now on another context may look at the group's programs.
     if (currentContext && currentContext->group == context->group) loadWaiting(currentContext);
     const std::lock_guard<std::mutex> guard(context->group->lock);

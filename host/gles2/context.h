@@ -63,6 +63,7 @@ struct Context {
     BufferState buffers;
     AttributeState attributes;
     CapabilityState capabilities;
+    void (*imagesFound)(GLenum target); // see create_info.h; may be null
     SeenNames seenTextures;
     SeenNames seenBuffers;
     SeenNames seenRenderbuffers;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <EGL/egl.h>
+#include <GLES2/gl2.h>
 #include <stdint.h>
 
 /// The context is made on `display` (the machine's own, initialised) with the machine's EGLConfig given as the config
@@ -21,9 +22,11 @@ typedef struct BackendCreateInfo {
     EGLContext share;    // a context of the machine to share objects with; not used where the call has a share context
     EGLContext *context; // receives the machine's context, null when creation fails; may be null
     EGLenum *error;      // receives the machine's EGL error when creation fails, EGL_SUCCESS otherwise; may be null
+    void (*imagesFound)(GLenum target); // the texture now bound there is new to the group's contexts and has images by
+                                        // another API, of which the library knows nothing; may be null
 } BackendCreateInfo;
 
 /// An image for glEGLImageTargetTexture2DOES that stands for what the bound texture holds already, because EGL has put
-/// a surface there (eglBindTexImage). The backend leaves the texture alone, and the library then asks for its size and
-/// format as it does for any image.
+/// a surface there (eglBindTexImage), or because another API has given it. The backend leaves the texture alone, and
+/// the library then asks for its size and format as it does for any image.
 #define BACKEND_IMAGE_IN_PLACE ((void *)-1)

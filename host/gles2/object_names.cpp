@@ -6,19 +6,42 @@
 
 #include "vertex_input.h"
 
-void noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name)
+bool noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name)
 {
     seen.names[name % SeenNames::kCount] = name;
     const std::lock_guard<std::mutex> guard(shared.lock);
-    (shared.*set).insert(name);
+    return (shared.*set).insert(name).second;
+}
+
+void noteFreedTextures(GLsizei n, const GLuint *textures)
+{
+    Context *context = currentContext;
+    SharedNames &shared = context->group->names;
+    const std::lock_guard<std::mutex> guard(shared.lock);
+    for (GLsizei i = 0; i < n; ++i) {
+        GLuint &seen = context->seenTextures.names[textures[i] % SeenNames::kCount];
+        if (seen == textures[i]) seen = 0;
+        if (shared.textures.contains(textures[i])) shared.freedTextures.insert(textures[i]);
+    }
+}
+
+// Whether the group's contexts bind the texture for the first time, or again after they deleted another of its name.
+static bool isNewHere(Context *context, GLuint texture)
+{
+    SharedNames &shared = context->group->names;
+    if (noteName(shared, &SharedNames::textures, context->seenTextures, texture)) return true;
+    const std::lock_guard<std::mutex> guard(shared.lock);
+    return shared.freedTextures.erase(texture) != 0;
 }
 
 // Out of line and with the arguments of its caller, so that the usual bind is a comparison and a jump.
 [[gnu::noinline]] static void bindNewTexture(GLenum target, GLuint texture)
 {
     Context *context = currentContext;
-    noteName(context->group->names, &SharedNames::textures, context->seenTextures, texture);
+    // A texture that is there before anybody here has bound it is another API's, and so are its images.
+    const bool foreign = isNewHere(context, texture) && context->imagesFound && driver.glIsTexture(texture);
     driver.glBindTexture(target, texture);
+    if (foreign) context->imagesFound(target);
 }
 
 void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)

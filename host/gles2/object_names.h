@@ -12,6 +12,7 @@
 struct SharedNames {
     std::mutex lock;
     std::set<GLuint> textures;
+    std::set<GLuint> freedTextures; // of those the ones deleted and not bound again
     std::set<GLuint> buffers;
     std::set<GLuint> renderbuffers;
 };
@@ -27,5 +28,8 @@ struct SeenNames {
     }
 };
 
-/// Notes a name the context has not seen in one of the group's sets.
-void noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name);
+/// Notes a name the context has not seen in one of the group's sets. Returns whether it is new there.
+bool noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name);
+
+/// Notes that textures of the current context's group are deleted: what has their names later is something new.
+void noteFreedTextures(GLsizei n, const GLuint *textures);

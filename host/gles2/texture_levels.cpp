@@ -33,6 +33,10 @@ static GLenum baseFormat(GLenum target, GLint level, GLint sized)
     case GL_LUMINANCE:
     case GL_LUMINANCE_ALPHA:
         return static_cast<GLenum>(sized);
+    case GL_LUMINANCE8_EXT: // whose sizes no version of OpenGL ES tells
+        return GL_LUMINANCE;
+    case GL_LUMINANCE8_ALPHA8_EXT:
+        return GL_LUMINANCE_ALPHA;
     }
     GLint red = 0;
     GLint alpha = 0;

@@ -58,8 +58,12 @@ TEST_F(BackendTest, AttributesOfTheCallerMayAskForVersionOne)
 TEST_F(BackendTest, AFailedCreationTellsTheMachinesError)
 {
     EGLenum error = EGL_SUCCESS;
-    const BackendCreateInfo info = {
-        .size = sizeof info, .display = EGL_NO_DISPLAY, .share = EGL_NO_CONTEXT, .context = nullptr, .error = &error};
+    const BackendCreateInfo info = {.size = sizeof info,
+                                    .display = EGL_NO_DISPLAY,
+                                    .share = EGL_NO_CONTEXT,
+                                    .context = nullptr,
+                                    .error = &error,
+                                    .imagesFound = nullptr};
     EXPECT_EQ(backend().table.createContext(nullptr, nullptr, nullptr, 1, const_cast<BackendCreateInfo *>(&info)),
               nullptr);
     EXPECT_EQ(error, static_cast<EGLenum>(EGL_BAD_DISPLAY));
