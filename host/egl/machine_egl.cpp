@@ -5,6 +5,8 @@
 
 #include "own_files.h"
 
+#include "host/library_folders.h"
+
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -15,20 +17,6 @@
 #include <unistd.h>
 
 namespace {
-
-// The multiarch folder is the one this file was built for, for instance x86_64-linux-gnu.
-constexpr const char *kDirectories[] = {
-#ifdef TRL20_MULTIARCH
-    "/usr/lib/" TRL20_MULTIARCH,
-    "/lib/" TRL20_MULTIARCH,
-    "/usr/local/lib/" TRL20_MULTIARCH,
-#endif
-    "/usr/lib64",
-    "/lib64",
-    "/usr/lib",
-    "/lib",
-    "/usr/local/lib",
-};
 
 constinit std::mutex loadMutex;
 constinit std::atomic<bool> loadDone = false;
@@ -60,7 +48,7 @@ void *openMachineEgl()
         if (!module) fprintf(stderr, "trl20: TRL20_DRIVER_EGL names %s, which is no EGL of this machine\n", named);
         return module;
     }
-    for (const char *directory : kDirectories) {
+    for (const char *directory : kLibraryFolders) {
         const std::string path = std::string(directory) + "/libEGL.so.1";
         if (access(path.c_str(), R_OK) != 0 || isThisFile(path)) continue;
         if (void *module = openCandidate(path)) return module;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "driver.h"
 
+#include "../library_folders.h"
 #include "driver_limit.h"
 
 #include <climits>
@@ -14,20 +15,6 @@
 
 constinit Driver driver{};
 constinit MachineEgl machineEgl{};
-
-static constexpr const char *kLibraryFolders[] = {
-#ifdef TRL20_MULTIARCH
-    "/usr/lib/" TRL20_MULTIARCH,
-    "/lib/" TRL20_MULTIARCH,
-    "/usr/local/lib/" TRL20_MULTIARCH,
-#endif
-    "/usr/lib64",
-    "/lib64",
-    "/usr/lib",
-    "/lib",
-    "/usr/local/lib64",
-    "/usr/local/lib",
-};
 
 static std::string folderOf(const char *path)
 {
