@@ -55,20 +55,7 @@ const std::vector<Forward> kLoud = {
      "(0x0001, 2, 3, 4, 5, 6, 7, 8, 0x0009, 0x000a, +11)"},
 };
 
-class VendorEntryPoints : public StateTest {
-protected:
-    // A context over a backend without some entry points.
-    void startWithout(const std::vector<std::string> &absent)
-    {
-        context.reset();
-        resetFakeBackend();
-        fakeBackend().absent = absent;
-        context = std::make_unique<TestContext>();
-        ctx = context->ctx;
-        clearMarks(ctx);
-        takeCalls();
-    }
-};
+using VendorEntryPoints = StateTest;
 
 } // namespace
 

@@ -36,6 +36,17 @@ GLIContext *blankContext()
     return ctx;
 }
 
+// Those of the context's name space are bound on both units.
+void expectDefaultTextures(const GLIContext *ctx)
+{
+    for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
+        EXPECT_EQ(ctx->bindings.texture2D[unit], &ctx->textures->default2D);
+        EXPECT_EQ(ctx->bindings.textureCubeMap[unit], &ctx->textures->defaultCubeMap);
+        EXPECT_EQ(ctx->bindings.textureExternal[unit], &ctx->textures->defaultExternal);
+        EXPECT_EQ(ctx->bindings.unitFormat[unit], GLenum(GL_ALPHA));
+    }
+}
+
 void drawTriangle()
 {
     const GLfloat corners[9] = {0, 0, 0, 1, 0, 0, 0, 1, 0};
@@ -133,12 +144,7 @@ TEST_F(Lifecycle, AContextOfItsOwnHasItsOwnNameSpaceAndDefaultTextures)
     TestContext other;
     EXPECT_NE(other->textures, ctx->textures);
     EXPECT_EQ(other->textures->shareCount, 1u);
-    for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
-        EXPECT_EQ(other->bindings.texture2D[unit], &other->textures->default2D);
-        EXPECT_EQ(other->bindings.textureCubeMap[unit], &other->textures->defaultCubeMap);
-        EXPECT_EQ(other->bindings.textureExternal[unit], &other->textures->defaultExternal);
-        EXPECT_EQ(other->bindings.unitFormat[unit], GLenum(GL_ALPHA));
-    }
+    expectDefaultTextures(other.ctx);
 }
 
 TEST_F(Lifecycle, ASharingContextUsesTheNameSpaceAndItsDefaultTextures)
@@ -146,12 +152,7 @@ TEST_F(Lifecycle, ASharingContextUsesTheNameSpaceAndItsDefaultTextures)
     TestContext sharing(ctx);
     EXPECT_EQ(sharing->textures, ctx->textures);
     EXPECT_EQ(ctx->textures->shareCount, 2u);
-    for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
-        EXPECT_EQ(sharing->bindings.texture2D[unit], &ctx->textures->default2D);
-        EXPECT_EQ(sharing->bindings.textureCubeMap[unit], &ctx->textures->defaultCubeMap);
-        EXPECT_EQ(sharing->bindings.textureExternal[unit], &ctx->textures->defaultExternal);
-        EXPECT_EQ(sharing->bindings.unitFormat[unit], GLenum(GL_ALPHA));
-    }
+    expectDefaultTextures(sharing.ctx);
 }
 
 TEST_F(Lifecycle, ATextureRespecifiedElsewhereChoosesAnotherProgramAfterMakeCurrent)

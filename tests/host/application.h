@@ -14,25 +14,10 @@
 struct Application : BackendTest {
     void TestBody() override {}
     using BackendTest::gl;
+    using BackendTest::link;
     using BackendTest::makeContext;
     using BackendTest::makeCurrent;
     using BackendTest::pixelAt;
-
-    /// Links the texts, which may be faulty, with the position at this attribute.
-    GLuint link(const std::string &vertex, const std::string &fragment, GLuint position = 0)
-    {
-        const GLuint program = gl.glCreateProgram();
-        gl.glBindAttribLocation(program, position, "gles_Vertex");
-        for (const auto &[type, text] : {std::pair{GL_VERTEX_SHADER, &vertex}, {GL_FRAGMENT_SHADER, &fragment}}) {
-            const GLuint shader = gl.glCreateShader(static_cast<GLenum>(type));
-            const GLchar *source = text->c_str();
-            gl.glShaderSource(shader, 1, &source, nullptr);
-            gl.glCompileShader(shader);
-            gl.glAttachShader(program, shader);
-        }
-        gl.glLinkProgram(program);
-        return program;
-    }
 
     /// Draws over the whole surface, or along its edge with lines.
     void draw(GLuint program, GLenum mode = GL_TRIANGLE_STRIP)

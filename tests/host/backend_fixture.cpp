@@ -77,10 +77,10 @@ void *BackendTest::makeContext(void *share)
     return made;
 }
 
-GLuint BackendTest::makeProgram(const std::string &vertex, const std::string &fragment)
+GLuint BackendTest::link(const std::string &vertex, const std::string &fragment, GLuint position)
 {
     const GLuint program = gl.glCreateProgram();
-    gl.glBindAttribLocation(program, 0, "gles_Vertex");
+    gl.glBindAttribLocation(program, position, "gles_Vertex");
     for (const auto &[type, text] : {std::pair{GL_FRAGMENT_SHADER, &fragment}, std::pair{GL_VERTEX_SHADER, &vertex}}) {
         const GLuint shader = gl.glCreateShader(static_cast<GLenum>(type));
         const GLchar *source = text->c_str();
@@ -90,6 +90,12 @@ GLuint BackendTest::makeProgram(const std::string &vertex, const std::string &fr
         gl.glDeleteShader(shader);
     }
     gl.glLinkProgram(program);
+    return program;
+}
+
+GLuint BackendTest::makeProgram(const std::string &vertex, const std::string &fragment)
+{
+    const GLuint program = link(vertex, fragment);
     GLint status = GL_FALSE;
     gl.glGetProgramiv(program, GL_LINK_STATUS, &status);
     if (status == GL_TRUE) return program;

@@ -57,7 +57,10 @@ protected:
     /// A context sharing with another, current afterwards with a framebuffer of its own.
     void *makeContext(void *share = nullptr);
     void makeCurrent(void *context);
+    /// A program that is linked, with the position at attribute 0.
     GLuint makeProgram(const std::string &vertex, const std::string &fragment);
+    /// The same of texts that may be faulty, with the position at this attribute.
+    GLuint link(const std::string &vertex, const std::string &fragment, GLuint position = 0);
     void deleteProgram(GLuint program);
     Pixel pixelAt(int x, int y);
     /// Draws two triangles over the whole surface with the position at attribute 0.

@@ -408,20 +408,25 @@ struct SmoothLines : BackendTest {
         gl.glDrawArrays(GL_LINES, 0, 2);
     }
 
+    // Of a line along the pixel centres of a row: with the widened line of w pixels the coverage at distance d from the
+    // middle is w / 2 - d, at most 1.
+    void expectCoverage(int column, int middle, float widened)
+    {
+        for (int row = middle - 6; row <= middle + 6; ++row) {
+            const float distance = std::abs(static_cast<float>(row - middle));
+            const float coverage = std::min(std::max(widened / 2.0f - distance, 0.0f), 1.0f);
+            EXPECT_NEAR(pixelAt(column, row)[3], coverage * 255.0f, 1.5f) << "row " << row;
+        }
+    }
+
     GLuint program = 0;
 };
 
-// The line runs along a row of pixel centres: width 3 covers three rows, and 4 the rows on either side by half... the
-// coverage of a row at distance d from the middle is 2 - d with the widened line of 4 pixels, at most 1.
 TEST_F(SmoothLines, CoverageFallsOffAcrossTheLine)
 {
     const GLfloat y = (16.5f - 16.0f) / 16.0f; // centre of row 16
     drawLine({-1, y, 1, y}, 2, 3.0f);
-    for (int row = 10; row < 23; ++row) {
-        const float distance = std::abs(static_cast<float>(row - 16));
-        const float coverage = std::min(std::max(2.0f - distance, 0.0f), 1.0f);
-        EXPECT_NEAR(pixelAt(15, row)[3], coverage * 255.0f, 1.5f) << "row " << row;
-    }
+    expectCoverage(15, 16, 4.0f);
 }
 
 TEST_F(SmoothLines, DiagonalLinesAreAsWideAsOthers)
@@ -485,11 +490,7 @@ TEST_F(SmoothLines, FollowTheViewportAndTheWidth)
     gl.glViewport(0, 0, 16, 16);
     const GLfloat y = (8.5f - 8.0f) / 8.0f;
     drawLine({-1, y, 1, y}, 2, 5.0f);
-    for (int row = 3; row < 15; ++row) {
-        const float distance = std::abs(static_cast<float>(row - 8));
-        const float coverage = std::min(std::max(3.0f - distance, 0.0f), 1.0f);
-        EXPECT_NEAR(pixelAt(8, row)[3], coverage * 255.0f, 1.5f) << "row " << row;
-    }
+    expectCoverage(8, 8, 6.0f);
 }
 
 TEST_F(SmoothLines, LinesOfNoLengthDrawNothing)

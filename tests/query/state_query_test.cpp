@@ -254,10 +254,7 @@ protected:
 
     void freshContext()
     {
-        context = nullptr;
-        resetFakeBackend();
-        context = std::make_unique<TestContext>();
-        ctx = context->ctx;
+        startOver();
         watchBackend();
     }
 };

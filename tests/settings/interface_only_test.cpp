@@ -185,13 +185,8 @@ class InterfaceOnly : public StateTest {
 protected:
     void start(bool interfaceOnly)
     {
-        context.reset();
-        resetFakeBackend();
-        context = std::make_unique<TestContext>();
-        ctx = context->ctx;
+        startOver();
         ctx->settings.interfaceOnly = interfaceOnly;
-        clearMarks(ctx);
-        takeCalls();
     }
 
     // Calls recorded in the backend by one call of an entry point in a fresh context.

@@ -1,27 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Complete fragment texts. Most are golden/plain.frag or golden/one_unit.frag with the named edits.
 #include "shadergen/generators.h"
-#include "shadergen/shader_texts.h"
-#include "support/fake_platform.h"
-
-#include <gtest/gtest.h>
+#include "shadergen/text_test.h"
 
 namespace {
 
-class FragmentText : public testing::Test {
-protected:
-    FragmentText()
-    {
-        resetFakePlatform();
-    }
-    ~FragmentText() override
-    {
-        EXPECT_EQ(fakePlatform().assertions, expectedAssertions);
-    }
-
-    ProgramKey key = plainKey();
-    std::vector<std::string> expectedAssertions;
-};
+using FragmentText = TextTest;
 
 const std::string kExternalExtension = "#extension GL_OES_EGL_image_external : require\n";
 const std::string kScaleDeclaration = "uniform mediump vec4        gles_TexEnvColorScale[2];\n";
@@ -482,8 +466,7 @@ TEST_F(FragmentText, UnknownSourceIsAnAssertionAndEmpty)
         EXPECT_EQ(fragmentText(key), oneUnitWith("    // GL_COMBINE\n    arg0 = vec4(.rgba);\n"
                                                  "    currentColor.rgba = vec4(arg0);\n" +
                                                  kClamp));
-        EXPECT_EQ(fakePlatform().assertions, std::vector<std::string>{"shader key: combiner source is 1 to 6"});
-        fakePlatform().assertions.clear();
+        EXPECT_EQ(takeAssertions(), std::vector<std::string>{"shader key: combiner source is 1 to 6"});
     }
 }
 
@@ -495,8 +478,7 @@ TEST_F(FragmentText, ColorOperandForAlphaIsAnAssertionAndLeavesItsPieceOut)
         EXPECT_EQ(fragmentText(key), oneUnitWith("    // GL_COMBINE\n    arg0 = vec4(texture1.rgb, "
                                                  "    currentColor.rgba = vec4(arg0);\n" +
                                                  kClamp));
-        EXPECT_EQ(fakePlatform().assertions, std::vector<std::string>{"shader key: an alpha operand is 0 or 1"});
-        fakePlatform().assertions.clear();
+        EXPECT_EQ(takeAssertions(), std::vector<std::string>{"shader key: an alpha operand is 0 or 1"});
     }
 }
 
@@ -506,8 +488,7 @@ TEST_F(FragmentText, UnknownFormatIsAnAssertionAndSkipsClassicModes)
     for (const uint32_t format : {5u, 7u}) {
         key.state.combine[1].formatClass = format & 7;
         EXPECT_EQ(fragmentText(key), oneUnitWith(""));
-        EXPECT_EQ(fakePlatform().assertions, std::vector<std::string>{"shader key: formatClass is 0 to 4"});
-        fakePlatform().assertions.clear();
+        EXPECT_EQ(takeAssertions(), std::vector<std::string>{"shader key: formatClass is 0 to 4"});
     }
 }
 
@@ -517,8 +498,7 @@ TEST_F(FragmentText, UnknownEnvironmentIsAnAssertionAndSkipsTheStage)
     for (const uint32_t code : {0u, 14u, 15u}) {
         key.state.combine[1].envRgb = code & 0xF;
         EXPECT_EQ(fragmentText(key), oneUnitWith(""));
-        EXPECT_EQ(fakePlatform().assertions, std::vector<std::string>{"shader key: environment code is 1 to 13"});
-        fakePlatform().assertions.clear();
+        EXPECT_EQ(takeAssertions(), std::vector<std::string>{"shader key: environment code is 1 to 13"});
     }
 }
 

@@ -1,27 +1,11 @@
 // SPDX-License-Identifier: MIT
 // Complete vertex texts. Most are golden/plain.vert or another written-out text with the named edits.
-#include "shadergen/shader_texts.h"
+#include "shadergen/text_test.h"
 #include "state/lighting_state.h"
-#include "support/fake_platform.h"
-
-#include <gtest/gtest.h>
 
 namespace {
 
-class VertexText : public testing::Test {
-protected:
-    VertexText()
-    {
-        resetFakePlatform();
-    }
-    ~VertexText() override
-    {
-        EXPECT_EQ(fakePlatform().assertions, expectedAssertions);
-    }
-
-    ProgramKey key = plainKey();
-    std::vector<std::string> expectedAssertions;
-};
+using VertexText = TextTest;
 
 const std::string kMvpDeclaration = "uniform mat4       gles_ModelViewProjectionMatrix;\n";
 const std::string kMvpBody = "    return gles_Vertex * gles_ModelViewProjectionMatrix;\n";
@@ -129,8 +113,7 @@ TEST_F(VertexText, ImpossibleTransformFormIsAnAssertionAndLeavesItsPiecesOut)
     for (const uint32_t form : {6u, 7u}) {
         key.state.mvpForm = form & 7;
         EXPECT_EQ(vertexText(key), edited(golden("plain.vert"), {{kMvpDeclaration, ""}, {kMvpBody, ""}}));
-        EXPECT_EQ(fakePlatform().assertions.size(), 2u);
-        fakePlatform().assertions.clear();
+        EXPECT_EQ(takeAssertions().size(), 2u);
     }
 }
 

@@ -19,6 +19,13 @@ protected:
     {
         glLightfv(light, pname, color.data());
     }
+    void enableColouredLight1()
+    {
+        glEnable(GL_LIGHT1);
+        setColor(GL_LIGHT1, GL_AMBIENT, {0.5f, 0.25f, 1, 2});
+        setColor(GL_LIGHT1, GL_DIFFUSE, {1, 2, 3, 4});
+        setColor(GL_LIGHT1, GL_SPECULAR, {8, 4, 2, 1});
+    }
     void setMaterial(GLenum pname, Vec4 color)
     {
         glMaterialfv(GL_FRONT_AND_BACK, pname, color.data());
@@ -71,10 +78,7 @@ TEST_F(DeriveLights, AChangedPositionMovesTheLightToAnotherMask)
 
 TEST_F(DeriveLights, ProductsAreComponentByComponent)
 {
-    glEnable(GL_LIGHT1);
-    setColor(GL_LIGHT1, GL_AMBIENT, {0.5f, 0.25f, 1, 2});
-    setColor(GL_LIGHT1, GL_DIFFUSE, {1, 2, 3, 4});
-    setColor(GL_LIGHT1, GL_SPECULAR, {8, 4, 2, 1});
+    enableColouredLight1();
     setMaterial(GL_AMBIENT, {2, 4, 8, 16});
     setMaterial(GL_DIFFUSE, {0.5f, 0.5f, 2, 2});
     setMaterial(GL_SPECULAR, {1, 0, -1, 0.5f});
@@ -86,10 +90,7 @@ TEST_F(DeriveLights, ProductsAreComponentByComponent)
 
 TEST_F(DeriveLights, ColorMaterialLeavesAmbientAndDiffuseOfTheLight)
 {
-    glEnable(GL_LIGHT1);
-    setColor(GL_LIGHT1, GL_AMBIENT, {0.5f, 0.25f, 1, 2});
-    setColor(GL_LIGHT1, GL_DIFFUSE, {1, 2, 3, 4});
-    setColor(GL_LIGHT1, GL_SPECULAR, {8, 4, 2, 1});
+    enableColouredLight1();
     setMaterial(GL_SPECULAR, {0.5f, 0.5f, 0.5f, 0.5f});
     derive();
     glEnable(GL_COLOR_MATERIAL);

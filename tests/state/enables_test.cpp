@@ -196,11 +196,7 @@ TEST_F(Enables, FogStaysWithTheLibraryOverEitherBackend)
 
 TEST_F(Enables, AMissingBackendFunctionIsAnAssertion)
 {
-    context.reset();
-    resetFakeBackend();
-    fakeBackend().absent = {"glEnable", "glDisable"};
-    context = std::make_unique<TestContext>();
-    fakePlatform().assertions.clear();
+    startWithout({"glEnable", "glDisable"});
     glEnable(GL_BLEND);
     glDisable(GL_BLEND);
     EXPECT_EQ(fakePlatform().assertions, (std::vector<std::string>{"glEnable_2_0", "glDisable_2_0"}));

@@ -8,26 +8,15 @@ class Marks : public StateTest {
 protected:
     static std::vector<uint32_t> words(const GLIContext *ctx)
     {
-        return {ctx->dirty,
-                ctx->keyDirty,
-                ctx->transform.uniformDirty,
-                ctx->palette.dirty,
-                ctx->lighting.change,
-                ctx->lighting.geometryDirty,
-                ctx->lighting.colorDirty[0],
-                ctx->lighting.colorDirty[1]};
+        std::vector<uint32_t> all;
+        visitMarks(ctx, [&](auto word) { all.push_back(word); });
+        return all;
     }
 
     static void setEveryMark(GLIContext *ctx)
     {
-        ctx->dirty = 0xFFFFFFFF;
-        ctx->keyDirty = 0xFF;
-        ctx->transform.uniformDirty = 0xFFFFFFFF;
-        ctx->palette.dirty = 0xFFFFFFFF;
-        ctx->lighting.change = 0xFFFFFFFF;
-        ctx->lighting.geometryDirty = 0xFFFFFFFF;
-        ctx->lighting.colorDirty[0] = 0xFFFFFFFF;
-        ctx->lighting.colorDirty[1] = 0xFFFFFFFF;
+        visitMarks(ctx, [](auto &word) { word = static_cast<std::remove_reference_t<decltype(word)>>(~0u); });
+        ctx->lighting.sceneColorDirty = 1; // the one that is no mask
     }
 };
 

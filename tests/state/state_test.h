@@ -61,42 +61,58 @@ inline void expectAccepted(const std::function<void()> &call)
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
 }
 
+/// Calls `visit` with each word of change marks.
+template <typename Context, typename Visit>
+void visitMarks(Context *ctx, Visit visit)
+{
+    visit(ctx->dirty);
+    visit(ctx->keyDirty);
+    visit(ctx->transform.uniformDirty);
+    visit(ctx->palette.dirty);
+    visit(ctx->lighting.change);
+    visit(ctx->lighting.geometryDirty);
+    visit(ctx->lighting.colorDirty[0]);
+    visit(ctx->lighting.colorDirty[1]);
+    visit(ctx->lighting.sceneColorDirty);
+}
+
 /// Forgets every change mark.
 inline void clearMarks(GLIContext *ctx)
 {
-    ctx->dirty = 0;
-    ctx->keyDirty = 0;
-    ctx->transform.uniformDirty = 0;
-    ctx->palette.dirty = 0;
-    ctx->lighting.change = 0;
-    ctx->lighting.geometryDirty = 0;
-    ctx->lighting.colorDirty[0] = 0;
-    ctx->lighting.colorDirty[1] = 0;
-    ctx->lighting.sceneColorDirty = 0;
+    visitMarks(ctx, [](auto &word) { word = 0; });
 }
 
-/// A fresh context without marks and without recorded calls.
+/// A fresh context without marks, recorded calls and assertions.
 class StateTest : public testing::Test {
 protected:
     StateTest()
     {
+        startOver();
+    }
+
+    /// Starts again over a backend of another shape.
+    void startOver(const std::function<void(FakeBackend &)> &shape = [](FakeBackend &) {})
+    {
+        context.reset();
         resetFakeBackend();
+        shape(fakeBackend());
         context = std::make_unique<TestContext>();
         ctx = context->ctx;
         clearMarks(ctx);
         takeCalls();
+        fakePlatform().assertions.clear();
     }
 
     /// Starts again over a backend that tests alpha and blends fog itself.
     void useVendorBackend()
     {
-        context.reset();
-        resetFakeBackend();
-        fakeBackend().vendorEntries = true;
-        context = std::make_unique<TestContext>();
-        ctx = context->ctx;
-        clearMarks(ctx);
-        takeCalls();
+        startOver([](FakeBackend &backend) { backend.vendorEntries = true; });
+    }
+
+    /// Starts again over a backend without these entry points.
+    void startWithout(const decltype(FakeBackend::absent) &names)
+    {
+        startOver([&](FakeBackend &backend) { backend.absent = names; });
     }
 
     std::unique_ptr<TestContext> context;

@@ -75,12 +75,7 @@ TEST_F(Viewport, DepthRangeIsLimitedInTheContextOnly)
 
 TEST_F(Viewport, MissingBackendFunctionsAreAssertionsAndTheStateIsKept)
 {
-    context.reset();
-    resetFakeBackend();
-    fakeBackend().absent = {"glGetIntegerv", "glViewport", "glDepthRangef", "glLogicOpQRN"};
-    context = std::make_unique<TestContext>();
-    ctx = context->ctx;
-    fakePlatform().assertions.clear();
+    startWithout({"glGetIntegerv", "glViewport", "glDepthRangef", "glLogicOpQRN"});
     glViewport(1, 2, 100000, 3);
     glDepthRangef(0.25f, 0.5f);
     glLogicOp(GL_XOR);

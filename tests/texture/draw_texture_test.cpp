@@ -72,6 +72,13 @@ protected:
         glTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_CROP_RECT_OES, crop.data());
     }
 
+    void useCubeMap(GLsizei size, std::array<GLint, 4> crop)
+    {
+        glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 5);
+        glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES, 0, GL_RGB, size, size, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
+        glTexParameteriv(GL_TEXTURE_CUBE_MAP_OES, GL_TEXTURE_CROP_RECT_OES, crop.data());
+    }
+
     std::vector<Corner> corners;
 };
 
@@ -165,10 +172,7 @@ TEST_F(DrawTexture, ACubeMapComesFirstWithThreeComponents)
     useTexture(3, 128, 128, {0, 0, 128, 128});
     glEnable(GL_TEXTURE_2D);
     glEnable(GL_TEXTURE_CUBE_MAP_OES);
-    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 5);
-    glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES, 0, GL_RGB, 8, 8, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
-    const GLint crop[4] = {0, 0, 2, 4};
-    glTexParameteriv(GL_TEXTURE_CUBE_MAP_OES, GL_TEXTURE_CROP_RECT_OES, crop);
+    useCubeMap(8, {0, 0, 2, 4});
     glDrawTexiOES(0, 0, 0, 10, 10);
     EXPECT_EQ(texCoords(0)[2], (Vec4{0.25f, 0.5f, 0, 1}));
     EXPECT_EQ(pointers[coordLocation(0)].size, 3);
@@ -181,10 +185,7 @@ TEST_F(DrawTexture, TheOtherUnitsEnablesDecideItsOwnCoordinates)
     glActiveTexture(GL_TEXTURE1);
     glEnable(GL_TEXTURE_CUBE_MAP_OES);
     glActiveTexture(GL_TEXTURE0);
-    glBindTexture(GL_TEXTURE_CUBE_MAP_OES, 5);
-    glTexImage2D(GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES, 0, GL_RGB, 8, 8, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
-    const GLint crop[4] = {4, 0, 4, 2};
-    glTexParameteriv(GL_TEXTURE_CUBE_MAP_OES, GL_TEXTURE_CROP_RECT_OES, crop);
+    useCubeMap(8, {4, 0, 4, 2});
     glDrawTexiOES(0, 0, 0, 10, 10);
     EXPECT_EQ(texCoords(0), (std::vector<Vec4>(4, Vec4{0, 0, 0, 1}))); // unit 0 is off
     EXPECT_EQ(texCoords(1), (std::vector<Vec4>{{0.5f, 0, 0, 1}, {1, 0, 0, 1}, {1, 0.25f, 0, 1}, {0.5f, 0.25f, 0, 1}}));

@@ -513,11 +513,7 @@ TEST_F(Images, EglImagesAreDescribedByTheBackend)
 
 TEST_F(Images, EglImagesOfABackendWithoutTheQueryCountAsRgbaOfUnknownSize)
 {
-    context.reset();
-    resetFakeBackend();
-    fakeBackend().absent = {"glGetTexLevelParameterivQRN", "glEGLImageTargetRenderbufferStorageOES"};
-    context = std::make_unique<TestContext>();
-    ctx = context->ctx;
+    startWithout({"glGetTexLevelParameterivQRN", "glEGLImageTargetRenderbufferStorageOES"});
     glEGLImageTargetTexture2DOES(GL_TEXTURE_2D, nullptr);
     EXPECT_EQ(bound2D().internalFormat[0], GLenum(GL_RGBA));
     EXPECT_EQ(bound2D().width[0], 0);
@@ -528,12 +524,8 @@ TEST_F(Images, EglImagesOfABackendWithoutTheQueryCountAsRgbaOfUnknownSize)
 
 TEST_F(Images, OptionalBackendFunctionsMayBeMissing)
 {
-    context.reset();
-    resetFakeBackend();
-    fakeBackend().absent = {"glEGLImageTargetTexture2DOES", "glGenerateMipmap"};
+    startWithout({"glEGLImageTargetTexture2DOES", "glGenerateMipmap"});
     fakeBackend().texLevelParameters[0] = 320;
-    context = std::make_unique<TestContext>();
-    ctx = context->ctx;
     glEGLImageTargetTexture2DOES(GL_TEXTURE_2D, nullptr);
     EXPECT_EQ(bound2D().width[0], 320); // what the backend tells is noted all the same
     glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP, 1);
@@ -594,13 +586,8 @@ TEST_F(Images, WithoutContextNothingReachesTheBackend)
 
 TEST_F(Images, AMissingBackendFunctionIsAnAssertion)
 {
-    context.reset();
-    resetFakeBackend();
-    fakeBackend().absent = {"glTexImage2D", "glCopyTexImage2D", "glTexSubImage2D", "glCopyTexSubImage2D",
-                            "glCompressedTexImage2D"};
-    context = std::make_unique<TestContext>();
-    ctx = context->ctx;
-    fakePlatform().assertions.clear();
+    startWithout(
+        {"glTexImage2D", "glCopyTexImage2D", "glTexSubImage2D", "glCopyTexSubImage2D", "glCompressedTexImage2D"});
     upload(GL_TEXTURE_2D, GL_RGB);
     glCopyTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 0, 0, 4, 4, 0);
     glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, 1, 1, GL_RGB, GL_UNSIGNED_BYTE, nullptr);

@@ -334,12 +334,7 @@ TEST_F(TextureObjects, WithoutATableEveryNameGoesToTheList)
 
 TEST_F(TextureObjects, MissingBackendFunctionsAreAssertionsAndTheStateIsKept)
 {
-    context.reset();
-    resetFakeBackend();
-    fakeBackend().absent = {"glBindTexture", "glDeleteTextures", "glTexParameteri"};
-    context = std::make_unique<TestContext>();
-    ctx = context->ctx;
-    fakePlatform().assertions.clear();
+    startWithout({"glBindTexture", "glDeleteTextures", "glTexParameteri"});
     glBindTexture(GL_TEXTURE_2D, 4);
     EXPECT_EQ(ctx->bindings.texture2D[0]->name, 4u);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
