@@ -44,6 +44,7 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     if (currentContext && currentContext->group == context->group) loadWaiting(currentContext);
     const std::lock_guard<std::mutex> guard(context->group->lock);
     ++context->group->contexts;
+    joinNames(context);
     context->buffers.deletedSeen = context->group->buffersDeleted;
     initAttributes(context);
     initCapabilities(context);
@@ -55,6 +56,7 @@ static void freeContext(Context *context)
 {
     ShareGroup *group = context->group;
     leaveProgram(context);
+    leaveNames(context);
     bool last;
     {
         const std::lock_guard<std::mutex> guard(group->lock);

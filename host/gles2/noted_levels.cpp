@@ -42,7 +42,7 @@ void GL_APIENTRY glDeleteTextures(GLsizei n, const GLuint *textures)
     Context *context = currentContext;
     driver.glDeleteTextures(n, textures);
     if (!context) return;
-    noteFreedTextures(n, textures);
+    forgetNames(context->group->names, &SharedNames::textures, n, textures);
     NotedLevels &known = context->group->notedLevels;
     const std::lock_guard<std::mutex> guard(known.lock);
     for (GLsizei i = 0; i < n && !known.levels.empty(); ++i)

@@ -1,37 +1,44 @@
 // SPDX-License-Identifier: MIT
-// Binds that make objects, and the listings of them.
+// Binds that make objects, deletions, and the listings of what is there.
 #include "object_names.h"
 
 #include "context.h"
 
 #include "vertex_input.h"
 
-bool noteName(SharedNames &shared, std::set<GLuint> SharedNames::*set, SeenNames &seen, GLuint name)
+bool noteName(SharedNames &shared, NamesOfKind SharedNames::*kind, SeenNames &seen, GLuint name)
 {
-    seen.names[name % SeenNames::kCount] = name;
     const std::lock_guard<std::mutex> guard(shared.lock);
-    return (shared.*set).insert(name).second;
+    seen.names[name % SeenNames::kCount].store(name, std::memory_order_relaxed);
+    return (shared.*kind).noted.insert(name).second;
 }
 
-void noteFreedTextures(GLsizei n, const GLuint *textures)
+void forgetNames(SharedNames &shared, NamesOfKind SharedNames::*kind, GLsizei n, const GLuint *names)
 {
-    Context *context = currentContext;
-    SharedNames &shared = context->group->names;
     const std::lock_guard<std::mutex> guard(shared.lock);
     for (GLsizei i = 0; i < n; ++i) {
-        GLuint &seen = context->seenTextures.names[textures[i] % SeenNames::kCount];
-        if (seen == textures[i]) seen = 0;
-        if (shared.textures.contains(textures[i])) shared.freedTextures.insert(textures[i]);
+        (shared.*kind).noted.erase(names[i]);
+        for (SeenNames *seen : (shared.*kind).seen)
+            if (seen->has(names[i])) seen->names[names[i] % SeenNames::kCount].store(0, std::memory_order_relaxed);
     }
 }
 
-// Whether the group's contexts bind the texture for the first time, or again after they deleted another of its name.
-static bool isNewHere(Context *context, GLuint texture)
+void joinNames(Context *context)
 {
     SharedNames &shared = context->group->names;
-    if (noteName(shared, &SharedNames::textures, context->seenTextures, texture)) return true;
     const std::lock_guard<std::mutex> guard(shared.lock);
-    return shared.freedTextures.erase(texture) != 0;
+    shared.textures.seen.push_back(&context->seenTextures);
+    shared.buffers.seen.push_back(&context->seenBuffers);
+    shared.renderbuffers.seen.push_back(&context->seenRenderbuffers);
+}
+
+void leaveNames(Context *context)
+{
+    SharedNames &shared = context->group->names;
+    const std::lock_guard<std::mutex> guard(shared.lock);
+    std::erase(shared.textures.seen, &context->seenTextures);
+    std::erase(shared.buffers.seen, &context->seenBuffers);
+    std::erase(shared.renderbuffers.seen, &context->seenRenderbuffers);
 }
 
 // Out of line and with the arguments of its caller, so that the usual bind is a comparison and a jump.
@@ -39,7 +46,8 @@ static bool isNewHere(Context *context, GLuint texture)
 {
     Context *context = currentContext;
     // A texture that is there before anybody here has bound it is another API's, and so are its images.
-    const bool foreign = isNewHere(context, texture) && context->imagesFound && driver.glIsTexture(texture);
+    const bool isNew = noteName(context->group->names, &SharedNames::textures, context->seenTextures, texture);
+    const bool foreign = isNew && context->imagesFound && driver.glIsTexture(texture);
     driver.glBindTexture(target, texture);
     if (foreign) context->imagesFound(target);
 }
@@ -60,12 +68,26 @@ void GL_APIENTRY glBindRenderbuffer(GLenum target, GLuint renderbuffer)
     driver.glBindRenderbuffer(target, renderbuffer);
 }
 
+void GL_APIENTRY glDeleteRenderbuffers(GLsizei n, const GLuint *renderbuffers)
+{
+    driver.glDeleteRenderbuffers(n, renderbuffers);
+    if (currentContext) forgetNames(currentContext->group->names, &SharedNames::renderbuffers, n, renderbuffers);
+}
+
 // Framebuffers are not shared.
 void GL_APIENTRY glBindFramebuffer(GLenum target, GLuint framebuffer)
 {
     Context *context = currentContext;
     if (context && framebuffer != 0) context->framebuffers.insert(framebuffer);
     driver.glBindFramebuffer(target, framebuffer);
+}
+
+void GL_APIENTRY glDeleteFramebuffers(GLsizei n, const GLuint *framebuffers)
+{
+    driver.glDeleteFramebuffers(n, framebuffers);
+    Context *context = currentContext;
+    for (GLsizei i = 0; context && i < n; ++i)
+        context->framebuffers.erase(framebuffers[i]);
 }
 
 // Writes the names that isObject holds for: at most `room` of them, and how many there are.
@@ -82,12 +104,12 @@ static void list(const Names &names, IsObject isObject, GLuint *out, GLint room,
     if (count) *count = found;
 }
 
-static void listShared(std::set<GLuint> SharedNames::*set, GLboolean(GL_APIENTRY *isObject)(GLuint), GLuint *out,
+static void listShared(NamesOfKind SharedNames::*kind, GLboolean(GL_APIENTRY *isObject)(GLuint), GLuint *out,
                        GLint room, GLint *count)
 {
     SharedNames &shared = currentContext->group->names;
     const std::lock_guard<std::mutex> guard(shared.lock);
-    list(shared.*set, isObject, out, room, count);
+    list((shared.*kind).noted, isObject, out, room, count);
 }
 
 void GL_APIENTRY glGetTexturesQRN(GLuint *textures, GLint room, GLint *count)

@@ -127,6 +127,7 @@ void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
     driver.glDeleteBuffers(n, names);
     for (GLsizei i = 0; i < n; ++i)
         forgetBuffer(context, names[i]);
+    forgetNames(context->group->names, &SharedNames::buffers, n, names);
     if (context->group->copies.kept) forgetCopies(context->group, n, names);
     const uint32_t before = context->group->buffersDeleted.fetch_add(1, std::memory_order_relaxed);
     // Where another context deleted something in between, the next look at the count finds the difference.
