@@ -11,6 +11,13 @@ void *hEglModule = nullptr;
 // A row becomes: void(GL_APIENTRY *glClear_2_0)(GLbitfield mask) = nullptr;
 #define BACKEND(name, result, arguments, visibility, group, need) result(GL_APIENTRY *name##_2_0) arguments = nullptr;
 #include "frontend/backend.def"
+
+#define BACKEND_INTERNAL(name, result, arguments)
+#define BACKEND_EXPORTED(name, result, arguments)                                                                      \
+    TRL20_EXPORT result(GL_APIENTRY *exported_##name) arguments __asm__(#name "_2_0")                                  \
+        __attribute__((alias("own_" #name)));
+#define BACKEND(name, result, arguments, visibility, group, need) BACKEND_##visibility(name, result, arguments)
+#include "frontend/backend.def"
 }
 
 // Looks one function up. A missing core function is reported under its backend name.

@@ -7,16 +7,12 @@
 
 struct GLIContext;
 
-#define BACKEND_EXPORTED TRL20_EXPORT
-#define BACKEND_INTERNAL extern "C"
-
-// A row becomes: extern "C" void(GL_APIENTRY *glClear_2_0)(GLbitfield mask);
+// A row becomes: extern "C" void(GL_APIENTRY *glClear_2_0)(GLbitfield mask), hidden: under its exported name a call
+// through it would first look for its address. backend.cpp gives it that name too.
 #define BACKEND(name, result, arguments, visibility, group, need)                                                      \
-    BACKEND_##visibility result(GL_APIENTRY *name##_2_0) arguments;
+    extern "C" __attribute__((__visibility__("hidden"))) result(GL_APIENTRY *name##_2_0)                               \
+        arguments __asm__("own_" #name);
 #include "frontend/backend.def"
-
-#undef BACKEND_EXPORTED
-#undef BACKEND_INTERNAL
 
 /// Handle of the backend library; null until it is mapped.
 TRL20_EXPORT void *hGllModule;
