@@ -16,11 +16,12 @@ uint32_t storeProduct(const float *a, const float *b, float *out, uint32_t class
     classA &= kMatrixClassBits;
     classB &= kMatrixClassBits;
     const MatrixColumns left = loadColumns(a);
+    const MatrixColumns right = loadColumns(b);
     if (classA == MATRIX_GENERAL || classB == MATRIX_GENERAL) {
-        storeColumns(out, generalProduct(left, b));
+        storeColumns(out, generalProduct(left, right));
         return MATRIX_GENERAL;
     }
-    storeColumns(out, affineProduct(left, b, combineThree(left, b + 12) + left.c[3]));
+    storeColumns(out, affineProduct(left, right, combineThree(left, right.c[3]) + left.c[3]));
     return std::min(classA, classB);
 }
 
@@ -41,12 +42,13 @@ uint32_t fp_matrix_postmul(float *a, const float *b, uint32_t classA, uint32_t c
     classA &= kMatrixClassBits;
     classB &= kMatrixClassBits;
     const MatrixColumns left = loadColumns(a);
+    const MatrixColumns right = loadColumns(b);
     if (classA == MATRIX_GENERAL || classB == MATRIX_GENERAL) {
-        storeColumns(a, generalProduct(left, b));
+        storeColumns(a, generalProduct(left, right));
         return MATRIX_GENERAL;
     }
     // Row sums of four products for the translation: b[15] is a factor here, where the other products take it as 1.
-    storeColumns(a, affineProduct(left, b, combineFour(left, b + 12)));
+    storeColumns(a, affineProduct(left, right, combineFour(left, right.c[3])));
     return std::min(classA, classB);
 }
 

@@ -72,18 +72,18 @@ void fp_vec3_normalize(float *v)
 
 void fp_vec3_xform3(const float *m, const float *v, float *out)
 {
-    storeThree(out, combineThree(loadColumns(m), v));
+    storeThree(out, combineThree(loadColumns(m), Column{v[0], v[1], v[2], 0.0f}));
 }
 
 void fp_vec3_xform4(const float *m, const float *v, float *out)
 {
     const MatrixColumns columns = loadColumns(m);
-    storeThree(out, combineThree(columns, v) + columns.c[3]);
+    storeThree(out, combineThree(columns, Column{v[0], v[1], v[2], 0.0f}) + columns.c[3]);
 }
 
 void fp_vec4_xform4(const float *m, const float *v, float *out)
 {
-    storeColumn(out, combineFour(loadColumns(m), v));
+    storeColumn(out, combineFour(loadColumns(m), loadColumn(v)));
 }
 
 float _fp_matrix_rowdot3(const float *p, const float *v)

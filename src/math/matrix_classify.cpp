@@ -40,7 +40,7 @@ float dotOfRows(const float *a, const float *b)
 uint32_t getMatrixZeroOneMask(const MatrixRecord *m)
 {
     assertFloat(m);
-    return zeroOneMask(m->f);
+    return zeroOneMask(loadColumns(m->f));
 }
 
 uint32_t isMatrixScale(const MatrixRecord *m)

@@ -65,32 +65,40 @@ inline MatrixColumns transposed(const MatrixColumns &m)
              __builtin_shufflevector(high01, high23, 0, 1, 4, 5), __builtin_shufflevector(high01, high23, 2, 3, 6, 7)}};
 }
 
+/// One component in all four lanes. Moved as bits: of these the compiler makes one instruction without a copy before
+/// it.
+template <int component>
+inline Column broadcast(Column v)
+{
+    return (Column)__builtin_shufflevector((ColumnBits)v, (ColumnBits)v, component, component, component, component);
+}
+
 /// Columns 0 to 2 weighted by v, added in order. Row by row these are also the sums of _fp_matrix_rowdot3: it adds the
 /// same first two products the other way round, and addition commutes.
-inline Column combineThree(const MatrixColumns &m, const float *v)
+inline Column combineThree(const MatrixColumns &m, Column v)
 {
-    return m.c[0] * v[0] + m.c[1] * v[1] + m.c[2] * v[2];
+    return m.c[0] * broadcast<0>(v) + m.c[1] * broadcast<1>(v) + m.c[2] * broadcast<2>(v);
 }
 
 /// All four columns weighted by v, added in order; row by row the sums of _fp_matrix_rowdot4.
-inline Column combineFour(const MatrixColumns &m, const float *v)
+inline Column combineFour(const MatrixColumns &m, Column v)
 {
-    return combineThree(m, v) + m.c[3] * v[3];
+    return combineThree(m, v) + m.c[3] * broadcast<3>(v);
 }
 
-inline MatrixColumns generalProduct(const MatrixColumns &left, const float *right)
+inline MatrixColumns generalProduct(const MatrixColumns &left, const MatrixColumns &right)
 {
-    return {{combineFour(left, right), combineFour(left, right + 4), combineFour(left, right + 8),
-             combineFour(left, right + 12)}};
+    return {{combineFour(left, right.c[0]), combineFour(left, right.c[1]), combineFour(left, right.c[2]),
+             combineFour(left, right.c[3])}};
 }
 
 /// The product of two matrices with row 3 = (0, 0, 0, 1), whatever that row holds. The two forms of product differ in
 /// how they reach the translation.
-inline MatrixColumns affineProduct(const MatrixColumns &left, const float *right, Column translation)
+inline MatrixColumns affineProduct(const MatrixColumns &left, const MatrixColumns &right, Column translation)
 {
     MatrixColumns out;
     for (uint32_t j = 0; j < 3; ++j)
-        out.c[j] = firstThree(combineThree(left, right + 4 * j), Column{0.0f, 0.0f, 0.0f, 0.0f});
+        out.c[j] = firstThree(combineThree(left, right.c[j]), Column{0.0f, 0.0f, 0.0f, 0.0f});
     out.c[3] = firstThree(translation, Column{0.0f, 0.0f, 0.0f, 1.0f});
     return out;
 }
@@ -114,27 +122,29 @@ inline uint32_t zeroOneMaskPlain(const float *m)
 
 #if defined(__SSE2__)
 
-/// Bit i is set when m[i] equals value.
-inline uint32_t equalMask(const float *m, __m128 value)
+/// Bit i is set when element i equals value.
+inline uint32_t equalMask(const MatrixColumns &m, __m128 value)
 {
-    const __m128i c0 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m), value));
-    const __m128i c1 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m + 4), value));
-    const __m128i c2 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m + 8), value));
-    const __m128i c3 = _mm_castps_si128(_mm_cmpeq_ps(_mm_loadu_ps(m + 12), value));
+    const __m128i c0 = _mm_castps_si128(_mm_cmpeq_ps(m.c[0], value));
+    const __m128i c1 = _mm_castps_si128(_mm_cmpeq_ps(m.c[1], value));
+    const __m128i c2 = _mm_castps_si128(_mm_cmpeq_ps(m.c[2], value));
+    const __m128i c3 = _mm_castps_si128(_mm_cmpeq_ps(m.c[3], value));
     const __m128i bytes = _mm_packs_epi16(_mm_packs_epi32(c0, c1), _mm_packs_epi32(c2, c3));
     return static_cast<uint32_t>(_mm_movemask_epi8(bytes));
 }
 
-inline uint32_t zeroOneMask(const float *m)
+inline uint32_t zeroOneMask(const MatrixColumns &m)
 {
     return equalMask(m, _mm_setzero_ps()) | equalMask(m, _mm_set1_ps(1.0f)) << 16;
 }
 
 #else
 
-inline uint32_t zeroOneMask(const float *m)
+inline uint32_t zeroOneMask(const MatrixColumns &m)
 {
-    return zeroOneMaskPlain(m);
+    float elements[16];
+    storeColumns(elements, m);
+    return zeroOneMaskPlain(elements);
 }
 
 #endif
