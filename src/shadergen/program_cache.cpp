@@ -9,8 +9,8 @@
 #include "shadergen/program_tree.h"
 #include "vsp.h"
 
+#include <bit>
 #include <cstring>
-#include <iterator>
 
 namespace {
 
@@ -24,6 +24,8 @@ AskedState askedState(const GLIContext *ctx)
             .attenuationActive = ctx->pointLine.attenuationActive};
 }
 
+constexpr uint32_t kKeyWords = sizeof(ShaderStateBitfield) / sizeof(uint64_t);
+
 uint64_t wordAt(const ShaderStateBitfield &key, uint32_t index)
 {
     uint64_t word;
@@ -31,16 +33,28 @@ uint64_t wordAt(const ShaderStateBitfield &key, uint32_t index)
     return word;
 }
 
-// Whether a context asks for the same again. Every draw does this: in line, by whole words, with one branch.
+// Whether a context asks for the same again: in line, by whole words, with one branch.
 bool isAsked(const AskedState &asked, const GLIContext *ctx)
 {
     const LightingState &lighting = ctx->lighting;
     uint64_t difference = (asked.directionalMask ^ lighting.directionalMask) | (asked.pointMask ^ lighting.pointMask) |
                           (asked.spotMask ^ lighting.spotMask) |
                           (asked.attenuationActive ^ ctx->pointLine.attenuationActive);
-    for (uint32_t i = 0; i < sizeof(ShaderStateBitfield) / sizeof(uint64_t); ++i)
+    for (uint32_t i = 0; i < kKeyWords; ++i)
         difference |= wordAt(asked.key, i) ^ wordAt(ctx->key, i);
     return difference == 0;
+}
+
+// The place of what the context asks for among the recent lookups.
+RecentLookup &recentLookup(const GLIContext *ctx)
+{
+    const LightingState &lighting = ctx->lighting;
+    uint64_t hash = lighting.directionalMask ^ lighting.pointMask << 8 ^ lighting.spotMask << 16 ^
+                    ctx->pointLine.attenuationActive << 24;
+    for (uint32_t i = 0; i < kKeyWords; ++i)
+        hash = std::rotl(hash, 7) ^ wordAt(ctx->key, i);
+    constexpr uint64_t kGoldenRatio = 0x9E3779B97F4A7C15; // spreads the bits into the highest (Knuth, TAOCP 6.4)
+    return ctx->shaderCache->recent[hash * kGoldenRatio >> (64 - std::countr_zero(kRecentLookups))];
 }
 
 void unlinkUse(ShaderCacheNode *node)
@@ -103,6 +117,8 @@ void destroyProgram(const ShaderProgramEntry &entry)
 // old node, and with it to the least recent place: it is the next to go.
 ShaderCacheNode *evictLeastRecent(ShaderCache *cache)
 {
+    for (RecentLookup &recent : cache->recent)
+        recent.node = nullptr;
     const ProgramKey oldest = cache->lru.next->entry.key;
     ShaderCacheNode *node = removeProgram(&cache->root, oldest);
     unlinkUse(node);
@@ -134,41 +150,40 @@ ShaderCacheNode *addProgram(GLIContext *ctx)
     return node;
 }
 
-// The node of the wanted key, taken out of the list, or a new one; null without memory.
-ShaderCacheNode *findOrAddProgram(GLIContext *ctx)
+// Makes a node that is outside the list the current one. Returns whether it has a program.
+bool enterProgram(GLIContext *ctx, ShaderCacheNode *node)
 {
-    ShaderCache *cache = ctx->shaderCache;
-    ShaderCacheNode *node = findProgram(cache->root, cache->wanted);
-    if (!node) {
-        ++cache->missCount;
-        return addProgram(ctx);
-    }
-    ++cache->hitCount;
-    unlinkUse(node);
-    return node;
-}
-
-// Finds or builds the program of the context's key and binds it. Out of line, so that a draw which asks for the current
-// program again does not pay for its registers.
-[[gnu::noinline]] void selectProgram(GLIContext *ctx)
-{
-    ShaderCache *cache = ctx->shaderCache;
-    cache->asked = askedState(ctx);
-    cache->wanted = {normalizedState(ctx->key), generationInputs(ctx)};
-    if (ctx->currentEntry && compareKeys(ctx->currentEntry->key, cache->wanted) == 0) {
-        ++cache->hitCount;
-        return;
-    }
-    ShaderCacheNode *node = findOrAddProgram(ctx);
-    if (node) appendMostRecent(cache, node);
+    if (node) appendMostRecent(ctx->shaderCache, node);
     if (!node || node->entry.vertexShader == 0 || node->entry.fragmentShader == 0) {
         ctx->currentEntry = nullptr;
         glUseProgram_2_0(0);
-        return;
+        return false;
     }
     ctx->currentEntry = &node->entry;
     glUseProgram_2_0(node->entry.program);
     writeRequestedProgramLogs(node->entry);
+    return true;
+}
+
+// Searches the tree for the program of the context's key, or builds one, and binds it.
+[[gnu::noinline]] void searchProgram(GLIContext *ctx)
+{
+    ShaderCache *cache = ctx->shaderCache;
+    cache->wanted = {normalizedState(ctx->key), generationInputs(ctx)};
+    if (ctx->currentEntry && compareKeys(ctx->currentEntry->key, cache->wanted) == 0) {
+        ++cache->hitCount;
+        recentLookup(ctx) = {askedState(ctx), cache->lru.previous}; // the current program's
+        return;
+    }
+    ShaderCacheNode *node = findProgram(cache->root, cache->wanted);
+    if (node) {
+        ++cache->hitCount;
+        unlinkUse(node);
+    } else {
+        ++cache->missCount;
+        node = addProgram(ctx);
+    }
+    if (enterProgram(ctx, node)) recentLookup(ctx) = {askedState(ctx), node};
 }
 
 } // namespace
@@ -205,9 +220,10 @@ void gliSetShaderProgram(GLIContext *ctx)
     ShaderCache *cache = ctx->shaderCache;
     if (!cache) return;
 
-    if (ctx->currentEntry && isAsked(cache->asked, ctx)) {
-        ++cache->hitCount;
-        return;
-    }
-    selectProgram(ctx);
+    const RecentLookup &recent = recentLookup(ctx);
+    if (!recent.node || !isAsked(recent.asked, ctx)) return searchProgram(ctx);
+    ++cache->hitCount;
+    if (&recent.node->entry == ctx->currentEntry) return;
+    unlinkUse(recent.node);
+    enterProgram(ctx, recent.node);
 }

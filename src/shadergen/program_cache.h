@@ -50,6 +50,14 @@ struct AskedState {
     uint32_t attenuationActive; // of PointLineState
 };
 
+/// A lookup of before, so that the same state again needs no search.
+struct RecentLookup {
+    AskedState asked;
+    ShaderCacheNode *node; // what it found; null for nothing
+};
+
+constexpr uint32_t kRecentLookups = 64; // a power of two
+
 struct ShaderCache {
     ShaderCacheNode *root;
     ShaderCacheNode lru; // sentinel: next is the least, previous the most recently used node
@@ -57,8 +65,8 @@ struct ShaderCache {
     uint32_t nodeCount;  // nodes allocated
     uint32_t hitCount;   // never reset
     uint32_t missCount;
-    AskedState asked;  // of the last lookup; the same again means the current entry
-    ProgramKey wanted; // of the last lookup, normalised; the generators read it
+    ProgramKey wanted;                   // of the last search, normalised; the generators read it
+    RecentLookup recent[kRecentLookups]; // by a hash of the asked state; all empty after an eviction
 };
 
 /// Makes the empty cache and the empty shader text. Without memory the context has none and every draw is skipped.
