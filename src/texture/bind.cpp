@@ -45,9 +45,9 @@ void setGenerateMipmap(GLenum target, TextureObject *object, uint8_t value)
 TextureObject **activeBinding(GLIContext *ctx, GLenum target)
 {
     const uint32_t unit = ctx->current.activeUnit;
-    switch (target) {
-    case GL_TEXTURE_2D:
+    if (target == GL_TEXTURE_2D) [[likely]]
         return &ctx->bindings.texture2D[unit];
+    switch (target) {
     case GL_TEXTURE_CUBE_MAP_OES:
         return &ctx->bindings.textureCubeMap[unit];
     case GL_TEXTURE_EXTERNAL_OES:
@@ -67,9 +67,11 @@ GL_API void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
     if (!object) return __glSetError(GL_OUT_OF_MEMORY);
 
     bindTextureObject(*binding, object);
-    updateInternalFormat(ctx, target, object->internalFormat[0], 0);
+    const uint32_t unit = ctx->current.activeUnit;
+    const GLenum format = object->internalFormat[0];
+    if (ctx->bindings.unitFormat[unit] != format) updateInternalFormat(ctx, target, format, 0);
+    ctx->textures->unitBoundInBackend[unit] = 1;
     if (assertThat(glBindTexture_2_0 != nullptr, "glBindTexture_2_0")) glBindTexture_2_0(target, texture);
-    ctx->textures->unitBoundInBackend[ctx->current.activeUnit] = 1;
 }
 
 GL_API void GL_APIENTRY glDeleteTextures(GLsizei n, const GLuint *textures)

@@ -11,11 +11,6 @@ namespace {
 constexpr uint32_t kTableStep = 16;    // the table starts with and grows by this many slots
 constexpr GLuint kLastTableName = 255; // larger names go to the list
 
-bool isDefaultObject(const TextureObject *object)
-{
-    return object->name == 0;
-}
-
 TextureObject *createObject(GLuint name)
 {
     auto *object = static_cast<TextureObject *>(os_malloc(sizeof(TextureObject)));
@@ -83,12 +78,6 @@ TextureObject *lookupInList(TextureNamespace *textures, GLuint name)
     return object;
 }
 
-void releaseBinding(TextureObject *object)
-{
-    if (!object || isDefaultObject(object)) return;
-    if (--object->bindings == 0 && object->unnamed) os_free(object);
-}
-
 // Takes the object of a name out of the table or the list; null when there is none.
 TextureObject *takeFromTable(TextureNamespace *textures, GLuint name)
 {
@@ -149,21 +138,13 @@ void destroyTextureObjects(TextureNamespace *textures)
     textures->overflowTail = nullptr;
 }
 
-TextureObject *lookupTextureObject(TextureNamespace *textures, GLenum target, GLuint name)
+TextureObject *lookupUnusualTexture(TextureNamespace *textures, GLenum target, GLuint name)
 {
     if (name == 0) return defaultObject(textures, target);
     if (name < textures->tableSize) return lookupInTable(textures, name);
     // A table that could not be made stays empty: names already in the list must not be looked for in a later one.
     if (name > kLastTableName || textures->tableSize == 0) return lookupInList(textures, name);
     return growTable(textures, name) ? lookupInTable(textures, name) : nullptr;
-}
-
-void bindTextureObject(TextureObject *&binding, TextureObject *object)
-{
-    if (binding == object) return;
-    if (!isDefaultObject(object)) ++object->bindings;
-    releaseBinding(binding);
-    binding = object;
 }
 
 void bindDefaultTextures(GLIContext *ctx)

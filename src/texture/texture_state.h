@@ -18,7 +18,7 @@ struct TextureObject {
     GLint cropRect[4];                 // GL_TEXTURE_CROP_RECT_OES: left, bottom, width, height in texels
     uint8_t generateMipmap;            // GL_GENERATE_MIPMAP: 0 or 1
     uint8_t unnamed;                   // the name was deleted; the record lives while a context binds it
-    uint32_t bindings;                 // unit bindings of all contexts that point here; not counted for default objects
+    uint32_t bindings;                 // unit bindings of all contexts that point here
     TextureObject *next;               // next record of the overflow list
 };
 
@@ -69,9 +69,16 @@ void initTextureObjects(TextureNamespace *textures);
 /// Frees every record and the table. The name space itself stays with the caller.
 void destroyTextureObjects(TextureNamespace *textures);
 
+/// lookupTextureObject for everything but a known name of the table.
+[[gnu::noinline]] TextureObject *lookupUnusualTexture(TextureNamespace *textures, GLenum target, GLuint name);
+
 /// The object of a name, made when it is new; name 0 gives the target's default object, and a target that is none is an
 /// assertion and null. Targets share the objects. Null without memory.
-TextureObject *lookupTextureObject(TextureNamespace *textures, GLenum target, GLuint name);
+inline TextureObject *lookupTextureObject(TextureNamespace *textures, GLenum target, GLuint name)
+{
+    TextureObject *object = name < textures->tableSize ? textures->table[name] : nullptr;
+    return object ? object : lookupUnusualTexture(textures, target, name);
+}
 
 /// The binding of the context's active unit for a target; null for a target that is none.
 TextureObject **activeBinding(GLIContext *ctx, GLenum target);
