@@ -92,24 +92,6 @@ void deriveTextureAndAlpha(GLIContext *ctx)
     ctx->keyDirty = 0;
 }
 
-void deriveLighting(GLIContext *ctx)
-{
-    ShaderStateBitfield &key = ctx->key;
-    if (!key.lighting) {
-        key.twoSided = 0;
-        return;
-    }
-    deriveLights(ctx);
-    const LightingState &lighting = ctx->lighting;
-    key.directionalLight = lighting.directionalMask == kAllLights;
-    key.pointLight = lighting.directionalMask == 0;
-    key.disableSpot = lighting.spotMask == 0;
-    key.noAmbient = lighting.zeroAmbientMask == kAllLights;
-    key.noDiffuse = lighting.zeroDiffuseMask == kAllLights;
-    key.noSpecular = lighting.zeroSpecularMask == kAllLights;
-    key.twoSided = lighting.model.twoSide && key.perVertexColor && !(key.noDiffuse && key.noSpecular);
-}
-
 // A unit that was turned off, which no mark tells, and whose part is still in the key: the environment code of an
 // enabled unit is never 0.
 bool hasTurnedOffUnit(const ShaderStateBitfield &key)
@@ -168,14 +150,30 @@ uint32_t needsEyeCoordinates(const GLIContext *ctx)
 
 } // namespace
 
-void deriveShaderState(GLIContext *ctx, DeriveScope scope)
+void deriveLighting(GLIContext *ctx)
 {
-    if (scope == DERIVE_ALL) {
-        if (ctx->keyDirty || hasTurnedOffUnit(ctx->key)) deriveTextureAndAlpha(ctx);
-        deriveLighting(ctx);
-        ctx->key.packedTexCoords = coordinatesPack(ctx);
-        ctx->key.eyeCoordinates = needsEyeCoordinates(ctx);
-        derivePrimitive(ctx);
+    ShaderStateBitfield &key = ctx->key;
+    if (!key.lighting) {
+        key.twoSided = 0;
+        return;
     }
+    deriveLights(ctx);
+    const LightingState &lighting = ctx->lighting;
+    key.directionalLight = lighting.directionalMask == kAllLights;
+    key.pointLight = lighting.directionalMask == 0;
+    key.disableSpot = lighting.spotMask == 0;
+    key.noAmbient = lighting.zeroAmbientMask == kAllLights;
+    key.noDiffuse = lighting.zeroDiffuseMask == kAllLights;
+    key.noSpecular = lighting.zeroSpecularMask == kAllLights;
+    key.twoSided = lighting.model.twoSide && key.perVertexColor && !(key.noDiffuse && key.noSpecular);
+}
+
+void deriveShaderState(GLIContext *ctx)
+{
+    if (ctx->keyDirty || hasTurnedOffUnit(ctx->key)) deriveTextureAndAlpha(ctx);
+    deriveLighting(ctx);
+    ctx->key.packedTexCoords = coordinatesPack(ctx);
+    ctx->key.eyeCoordinates = needsEyeCoordinates(ctx);
+    derivePrimitive(ctx);
     updateTransformState(ctx);
 }

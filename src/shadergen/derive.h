@@ -2,20 +2,17 @@
 // From the fixed-function state to the shader key, at each draw.
 #pragma once
 
-#include <cstdint>
-
 struct GLIContext;
-
-/// What may have changed since the key was derived.
-enum DeriveScope : uint32_t {
-    DERIVE_ALL,
-    DERIVE_TRANSFORM, // the modelview matrix only
-};
 
 /// Brings ctx->key up to date from the state and its change marks; computes the draw's matrices; sets the backend's
 /// line width for line draws.
-void deriveShaderState(GLIContext *ctx, DeriveScope scope = DERIVE_ALL);
+void deriveShaderState(GLIContext *ctx);
+
+/// Step of deriveShaderState: the marked lights' kinds, colour products and masks, the scene colour, and the key fields
+/// they decide. Enough where only the material changed since the last derivation.
+void deriveLighting(GLIContext *ctx);
 
 /// Last step of deriveShaderState: the modelview-projection and normal matrices, or the palette's upload arrays, and
-/// the key fields orthogonalTransform, mvpForm and vertexUnits.
+/// the key fields orthogonalTransform, mvpForm and vertexUnits. Enough where only the modelview matrix changed since
+/// the last derivation.
 void updateTransformState(GLIContext *ctx);

@@ -5,6 +5,7 @@
 #include "math/fp_matrix.h"
 #include "math/fp_scalar.h"
 #include "math/matrix_classify.h"
+#include "math/matrix_inline.h"
 #include "shadergen/derive.h"
 
 #include <bit>
@@ -34,16 +35,47 @@ void computeNormalMatrix(const MatrixRecord &modelview, bool rescale, float out[
         out[i] *= factor;
 }
 
-// These three run after a change only. Out of line, they leave the unchanged draw without registers to save.
-[[gnu::noinline]] void updateModelViewProjection(TransformState &transform)
+// The forms of a product for vertices of up to three components and of four.
+void classifyProduct(TransformState &transform)
 {
-    matrixMultiply(transform.top[STACK_PROJECTION], transform.top[STACK_MODELVIEW], &transform.modelViewProjection);
+    if (transform.modelViewProjection.f[11] != 0.0f) { // a perspective: row 3 counts, and no mask has to tell it
+        transform.mvpForm[0] = transform.mvpForm[1] = MVP_GENERAL;
+        return;
+    }
     const uint32_t mask = getMatrixZeroOneMask(&transform.modelViewProjection);
     const uint32_t rows = signicantRows(mask); // 0 for the identity
     const bool scaleTranslate = rows != 0 && (mask & kMaskScaleTranslate) == kMaskScaleTranslate;
     transform.mvpForm[0] = static_cast<uint8_t>(scaleTranslate ? MVP_SCALE_TRANSLATE : rows);
     transform.mvpForm[1] = static_cast<uint8_t>(rows); // w need not be 1
+}
+
+// What follows from a new product while it is at hand.
+[[gnu::always_inline]] inline void followProduct(TransformState &transform, const MatrixColumns &product)
+{
+    classifyProduct(transform);
     transform.mvpUploadKind = MVP_UPLOAD_STALE;
+    if (transform.mvpForm[0] != MVP_SCALE_TRANSLATE) { // most are loaded transposed
+        storeColumns(transform.mvpUpload, transposed(product));
+        transform.mvpUploadKind = MVP_UPLOAD_TRANSPOSED;
+    }
+}
+
+// These three run after a change only. Out of line, they leave the unchanged draw without registers to save.
+[[gnu::noinline]] void updateModelViewProjection(TransformState &transform)
+{
+    const MatrixRecord &projection = *transform.top[STACK_PROJECTION];
+    const MatrixRecord &modelview = *transform.top[STACK_MODELVIEW];
+    MatrixRecord &out = transform.modelViewProjection;
+    const bool general = (projection.flags & kMatrixClassBits) == MATRIX_GENERAL;
+    if (general && !(modelview.flags & MATRIX_IDENTITY)) [[likely]] { // as matrixMultiply does, in registers
+        const MatrixColumns product = generalProduct(loadColumns(projection.f), loadColumns(modelview.f));
+        storeColumns(out.f, product);
+        out.flags = MATRIX_FLOAT | MATRIX_GENERAL;
+        followProduct(transform, product);
+    } else {
+        matrixMultiply(&projection, &modelview, &out);
+        followProduct(transform, loadColumns(out.f));
+    }
     transform.normalMatrixStale = 1;
     transform.uniformDirty &= ~static_cast<uint32_t>(DIRTY_TRANSFORM);
 }

@@ -8,10 +8,15 @@
 #include "math/matrix_record.h"
 #include "shadergen/program_cache.h"
 
+#include <bit>
+
 namespace {
+
+// The parts that many draws do without are out of line: they would make every draw save their registers.
 
 void uploadTextureUnits(const GLIContext *ctx, const ProgramLocations &locations)
 {
+#pragma GCC unroll 2
     for (uint32_t unit = 0; unit < kTextureUnits; ++unit) {
         const TextureUnitKey &key = ctx->key.unit[unit];
         if (!key.enabled) continue;
@@ -37,7 +42,7 @@ void uploadTextureUnits(const GLIContext *ctx, const ProgramLocations &locations
     glUniform4fv_2_0(locations.texEnvColorScale, kTextureUnits, scales[0]);
 }
 
-void uploadFog(const GLIContext *ctx, const ProgramLocations &locations)
+[[gnu::noinline]] void uploadFog(const GLIContext *ctx, const ProgramLocations &locations)
 {
     const FogState &fog = ctx->fog;
     glUniform1f_2_0(locations.fogEnd, fog.end);
@@ -83,7 +88,7 @@ void uploadModelViewProjection(GLIContext *ctx, const ProgramLocations &location
     }
 }
 
-void uploadClipPlane(GLIContext *ctx, const ProgramLocations &locations)
+[[gnu::noinline]] void uploadClipPlane(GLIContext *ctx, const ProgramLocations &locations)
 {
     GLfloat *plane = ctx->viewport.clipPlaneEye;
     GLint negated = 0;
@@ -163,7 +168,7 @@ void uploadTransformUniforms(GLIContext *ctx)
     if (ctx->key.userClip) uploadClipPlane(ctx, locations);
 }
 
-void uploadLightUniforms(GLIContext *ctx)
+[[gnu::noinline]] void uploadLightUniforms(GLIContext *ctx)
 {
     const ProgramLocations &locations = ctx->currentEntry->locations;
     const LightingState &lighting = ctx->lighting;
@@ -172,8 +177,7 @@ void uploadLightUniforms(GLIContext *ctx)
     glUniform4fv_2_0(locations.sceneColor, 1, lighting.sceneColor);
 
     uint32_t slot = 0;
-    for (const Light &light : lighting.lights) {
-        if (light.enabled) uploadLight(ctx, light, locations.light[slot++]);
-    }
+    for (uint32_t left = enabledLights(lighting); left; left &= left - 1)
+        uploadLight(ctx, lighting.lights[std::countr_zero(left)], locations.light[slot++]);
     assertThat(slot == ctx->key.lightCount, "number of enabled lights");
 }

@@ -5,6 +5,10 @@
 #include <bit>
 #include <cstring>
 
+#if defined(__SSE2__)
+#include <emmintrin.h>
+#endif
+
 namespace {
 
 constexpr uint32_t SPOT_CUTOFF = 1; // place of the cutoff in Light::packed0
@@ -29,10 +33,14 @@ void setBit(uint32_t &mask, uint32_t bit, bool value)
 
 bool isNowherePositive(Color color)
 {
+#if defined(__SSE2__)
+    return _mm_movemask_ps(_mm_cmpgt_ps(color, _mm_setzero_ps())) == 0;
+#else
     const auto positive = color > 0.0f; // all bits of a component that is
     uint64_t halves[2];
     std::memcpy(halves, &positive, sizeof(halves));
     return (halves[0] | halves[1]) == 0;
+#endif
 }
 
 LightKind kindOf(const Light &light)
@@ -77,7 +85,7 @@ void storeProducts(Light &light, const LightProducts &products)
 // reads its products, and enabling it marks them.
 void deriveColors(LightingState &lighting, uint32_t marked, bool colorMaterial)
 {
-    const uint32_t enabled = lighting.directionalMask | lighting.pointMask | lighting.spotMask;
+    const uint32_t enabled = enabledLights(lighting);
     const uint32_t disabled = marked & ~enabled;
     uint32_t blackAmbient = disabled;
     uint32_t blackDiffuse = disabled;

@@ -70,6 +70,12 @@ struct LightingState {
     uint32_t zeroSpecularMask;
 };
 
+/// The mask of the enabled lights, as of the last derivation.
+inline uint32_t enabledLights(const LightingState &lighting)
+{
+    return lighting.directionalMask | lighting.pointMask | lighting.spotMask;
+}
+
 /// Start values of OpenGL ES 1.1 table 6.9; every light is marked, so that the first lit draw derives everything.
 void initMaterial(GLIContext *ctx);
 void initLighting(GLIContext *ctx);

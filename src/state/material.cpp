@@ -89,7 +89,7 @@ void wipeMaterial(GLIContext *ctx)
 
 GL_API void GL_APIENTRY glMaterialfv(GLenum face, GLenum pname, const GLfloat *params)
 {
-    GLIContext *ctx = stateContext();
+    GLIContext *ctx = valueContext(); // marks what a lit draw derives again
     if (!ctx) return;
     if (face != GL_FRONT_AND_BACK) return __glSetError(GL_INVALID_ENUM);
 
@@ -133,7 +133,7 @@ GL_API void GL_APIENTRY glMaterialf(GLenum face, GLenum pname, GLfloat param)
 
 GL_API void GL_APIENTRY glMaterialxv(GLenum face, GLenum pname, const GLfixed *params)
 {
-    if (!stateContext()) return;
+    if (!valueContext()) return;
 
     GLfloat converted[4] = {};
     floatsFromFixed(converted, params, materialValueCount(pname));

@@ -10,6 +10,8 @@
 #include "shadergen/program_cache.h"
 #include "shadergen/uniforms.h"
 
+#include <cstring>
+
 namespace {
 
 // Position, normal and coordinate arrays are given as they are; colours are scaled to 0..1.
@@ -118,6 +120,42 @@ uint8_t derivedMark(const GLIContext *ctx)
     return ctx->primitiveFlags & PRIMITIVE_LINES ? 0 : static_cast<uint8_t>(ctx->primitiveFlags + 1);
 }
 
+// The two words of the key that matrices and the material have a part in.
+uint64_t generalAndOutput(const ShaderStateBitfield &key)
+{
+    const char *bytes = reinterpret_cast<const char *>(&key);
+    uint32_t general, output;
+    std::memcpy(&general, bytes, sizeof(general));
+    std::memcpy(&output, bytes + sizeof(key) - sizeof(output), sizeof(output));
+    return general | static_cast<uint64_t>(output) << 32;
+}
+
+// Follows the modelview matrix and the material, where the derived key holds but for them. True when it holds
+// altogether.
+bool keepsProgram(GLIContext *ctx)
+{
+    const LightingState &lighting = ctx->lighting;
+    const bool shaded = ctx->key.lighting && (lighting.change | lighting.colorDirty[0] | lighting.sceneColorDirty);
+    const bool moved = ctx->transform.uniformDirty & DIRTY_TRANSFORM;
+    if (!shaded && !moved) return true;
+    const uint64_t before = generalAndOutput(ctx->key);
+    if (shaded) deriveLighting(ctx);
+    if (moved) updateTransformState(ctx);
+    return generalAndOutput(ctx->key) == before;
+}
+
+// Derives everything and selects the program; false when there is none. Out of line: most draws go on with the last
+// one's.
+[[gnu::noinline]] bool findProgram(GLIContext *ctx, uint8_t mark)
+{
+    ctx->derivedFor = 0; // until there is a program: a failed draw leaves nothing to go on from
+    deriveShaderState(ctx);
+    gliSetShaderProgram(ctx);
+    if (!ctx->currentEntry || ctx->currentEntry->program == 0) return false;
+    ctx->derivedFor = mark;
+    return true;
+}
+
 void finishDraw(GLIContext *ctx)
 {
     ctx->dirty = 0;
@@ -135,15 +173,10 @@ uint32_t validateShadowState(GLIContext *ctx)
         if (paletteUnits(ctx) == 0) return 0;
     }
     const uint8_t mark = derivedMark(ctx);
-    const bool isDerived = ctx->derivedFor != 0 && ctx->derivedFor == mark;
-    if (isDerived && !(ctx->transform.uniformDirty & DIRTY_TRANSFORM)) {
+    if (ctx->derivedFor != 0 && ctx->derivedFor == mark && keepsProgram(ctx)) {
         ++ctx->shaderCache->hitCount;
-    } else {
-        ctx->derivedFor = 0; // until there is a program: a failed draw leaves nothing to go on from
-        deriveShaderState(ctx, isDerived ? DERIVE_TRANSFORM : DERIVE_ALL);
-        gliSetShaderProgram(ctx);
-        if (!ctx->currentEntry || ctx->currentEntry->program == 0) return 0;
-        ctx->derivedFor = mark;
+    } else if (!findProgram(ctx, mark)) {
+        return 0;
     }
 
     uploadDrawUniforms(ctx);

@@ -292,6 +292,11 @@ TEST_F(InterfaceOnly, InNormalModeEveryCallThatMayDecideAProgramIsNoticed)
         "glEnable",
         "glDisable",
         "glDisableClientState",
+        // What lit draws derive of the material is marked by itself.
+        "glMaterialf",
+        "glMaterialfv",
+        "glMaterialx",
+        "glMaterialxv",
     };
     constexpr uint8_t kDerived = 77;    // no draw leaves this mark
     constexpr uint8_t kDrawTexture = 2; // what a draw-texture leaves; the next one must not go on from it

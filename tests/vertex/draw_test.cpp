@@ -500,15 +500,60 @@ TEST_F(Draws, DrawsThatShareTheirStateDeriveItOnce)
     drawTriangles();
     EXPECT_EQ(ctx->key.eyeCoordinates, 1u);
     EXPECT_EQ(ctx->shaderCache->hitCount, hits + 1);
-    glRotatef(30, 0, 0, 1);
+    glRotatef(30, 0, 0, 1); // another form of matrix: derived as a whole
     drawTriangles();
     EXPECT_NE(ctx->key.mvpForm, drawn.mvpForm);
+    EXPECT_EQ(ctx->key.eyeCoordinates, 0u);
+    ctx->key.eyeCoordinates = 1;
+    glRotatef(30, 0, 0, 1); // the same form
+    drawTriangles();
     EXPECT_EQ(ctx->key.eyeCoordinates, 1u);
     glDrawArrays(GL_POINTS, 0, 3);
     EXPECT_EQ(ctx->key.eyeCoordinates, 0u);
     EXPECT_EQ(ctx->key.pointSize, 1u);
     drawTriangles();
     EXPECT_EQ(ctx->key.pointSize, 0u);
+}
+
+TEST_F(Draws, AnotherMaterialIsDerivedByItselfUnlessItDecidesAnotherProgram)
+{
+    const GLfloat grey[] = {0.5f, 0.5f, 0.5f, 1};
+    const GLfloat black[] = {0, 0, 0, 0};
+    glEnable(GL_LIGHTING);
+    glEnable(GL_LIGHT0);
+    drawTriangles();
+    const ShaderProgramEntry *lit = ctx->currentEntry;
+    ASSERT_EQ(ctx->key.noDiffuse, 0u);
+    ctx->key.eyeCoordinates = 0; // noticed only by a derivation as a whole
+
+    takeCalls();
+    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, grey);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.eyeCoordinates, 0u);
+    EXPECT_EQ(ctx->currentEntry, lit);
+    EXPECT_EQ(callsOf("glUseProgram").size(), 0u);
+    const Calls loads = callsOf("glUniform4fv");
+    const auto isLoaded = [&loads](const char *name, const std::string &value) {
+        return std::count(loads.begin(), loads.end(), "glUniform4fv(" + at(name) + ", 1, " + value + ")") == 1;
+    };
+    EXPECT_TRUE(isLoaded("gles_LSdiffuse[0]", "{0.5, 0.5, 0.5, 1}"));
+
+    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, black); // GL_LIGHT1 to 7 are off, and so black
+    drawTriangles();
+    EXPECT_EQ(ctx->key.noDiffuse, 1u);
+    EXPECT_EQ(ctx->key.eyeCoordinates, 1u);
+    EXPECT_NE(ctx->currentEntry, lit);
+
+    // With lighting off it waits for the first lit draw.
+    glDisable(GL_LIGHTING);
+    drawTriangles();
+    glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, grey);
+    drawTriangles();
+    EXPECT_EQ(ctx->lighting.zeroDiffuseMask, 0xFFu);
+    glEnable(GL_LIGHTING);
+    drawTriangles();
+    EXPECT_EQ(ctx->lighting.zeroDiffuseMask, 0xFEu);
+    EXPECT_EQ(ctx->currentEntry, lit);
 }
 
 TEST_F(Draws, LinesLoadTheirWidthEveryTime)
