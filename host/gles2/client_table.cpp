@@ -43,9 +43,9 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     // From now on another context may look at the group's programs.
     if (currentContext && currentContext->group == context->group) loadWaiting(currentContext);
     const std::lock_guard<std::mutex> guard(context->group->lock);
+    context->group->members.push_back(context);
     ++context->group->contexts;
     joinNames(context);
-    context->buffers.deletedSeen = context->group->buffersDeleted;
     initAttributes(context);
     initCapabilities(context);
     context->lineWidth = 1.0f;
@@ -60,6 +60,7 @@ static void freeContext(Context *context)
     bool last;
     {
         const std::lock_guard<std::mutex> guard(group->lock);
+        std::erase(group->members, context);
         last = --group->contexts == 0;
     }
     if (last) {
@@ -104,7 +105,7 @@ static int releaseCurrent()
         machineEgl.eglMakeCurrent(context->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
     machineEgl.eglBindAPI(api);
     if (!released) return 0;
-    currentContext = nullptr;
+    setCurrentContext(nullptr);
     context->current = false;
     if (context->destroyed) freeContext(context);
     return 1;
@@ -118,7 +119,7 @@ static int setBuffers(void *given, void *drawSurface, void *readSurface)
     if (!machineEgl.eglMakeCurrent(context->display, drawSurface, readSurface, context->handle)) return 0;
 
     Context *before = currentContext;
-    currentContext = context;
+    setCurrentContext(context);
     context->current = true;
     if (before != context && context->prepared) expectDeletions(context);
     if (before && before != context) {

@@ -6,7 +6,17 @@
 #include <set>
 #include <string>
 
+// A write to it would be a fault.
+static constinit const HeldState noContext{};
+
 constinit thread_local Context *currentContext = nullptr;
+constinit thread_local HeldState *heldState = const_cast<HeldState *>(&noContext);
+
+void setCurrentContext(Context *context)
+{
+    currentContext = context;
+    heldState = context ? context : const_cast<HeldState *>(&noContext);
+}
 
 void raiseError(GLenum error)
 {

@@ -155,22 +155,16 @@ static void drawExpanded(Context *context, const DrawCall &call, bool logicOp)
     if (blends) driver.glEnable(GL_BLEND);
 }
 
-static bool isSpecial()
-{
-    const Context *context = currentContext;
-    return context && context->specialDraws;
-}
-
 void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
-    if (isSpecial()) [[unlikely]]
+    if (heldState->specialDraws) [[unlikely]]
         return drawSpecially({.mode = mode, .first = first, .count = count, .type = 0, .indices = nullptr});
     driver.glDrawArrays(mode, first, count);
 }
 
 void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void *indices)
 {
-    if (isSpecial()) [[unlikely]]
+    if (heldState->specialDraws) [[unlikely]]
         return drawSpecially({.mode = mode, .first = 0, .count = count, .type = type, .indices = indices});
     driver.glDrawElements(mode, count, type, indices);
 }

@@ -125,7 +125,9 @@ static bool planStreams(const Context *context, const ExpandedProgram *expanded,
             continue;
         }
         const AttributeArray &array = attributes.arrays[attribute.given];
-        const Source source = array.known ? sourceOf(context, array.buffer, array.pointer) : Source{nullptr, 0};
+        const Source source = array.buffer == kUnknownBuffer
+                                  ? Source{nullptr, 0}
+                                  : sourceOf(context, static_cast<GLuint>(array.buffer), array.pointer);
         if (!source.bytes) return false;
         addStream(arrays, attribute.own, false, array, source);
         addStream(arrays, attribute.other, true, array, source);

@@ -45,6 +45,7 @@ void leaveNames(Context *context)
 [[gnu::noinline]] static void bindNewTexture(GLenum target, GLuint texture)
 {
     Context *context = currentContext;
+    if (!context) return driver.glBindTexture(target, texture);
     // A texture that is there before anybody here has bound it is another API's, and so are its images.
     const bool isNew = noteName(context->group->names, &SharedNames::textures, context->seenTextures, texture);
     const bool foreign = isNew && context->imagesFound && driver.glIsTexture(texture);
@@ -54,8 +55,7 @@ void leaveNames(Context *context)
 
 void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
 {
-    const Context *context = currentContext;
-    if (context && !context->seenTextures.has(texture)) [[unlikely]]
+    if (!heldState->seenTextures.has(texture)) [[unlikely]]
         return bindNewTexture(target, texture);
     driver.glBindTexture(target, texture);
 }

@@ -147,12 +147,15 @@ struct ProgramKeeper {
     std::unordered_multimap<std::string, std::list<LinkedProgram *>::iterator> byKey;
 };
 
+struct Context;
+
 /// Contexts that share objects. Names are looked up under the lock; a linked program in use is read without it.
 struct ShareGroup {
     std::mutex lock;
-    std::atomic<int> contexts;
-    EGLContext side; // for work aside, see machine_context.h; none until it is needed
-    GLuint lastName; // shaders and programs have one name space
+    std::vector<Context *> members;
+    std::atomic<int> contexts; // the number of members, to be read without the lock
+    EGLContext side;           // for work aside, see machine_context.h; none until it is needed
+    GLuint lastName;           // shaders and programs have one name space
     std::unordered_map<GLuint, ShaderObject *> shaders;
     std::unordered_map<GLuint, ProgramObject *> programs;
     ProgramKeeper keeper;
@@ -161,7 +164,6 @@ struct ShareGroup {
     bool abilitiesKnown;
     DriverAbilities abilities;
     BufferCopies copies;
-    std::atomic<uint32_t> buffersDeleted; // counts calls that deleted buffers, in any context of the group
 };
 
 /// Linked programs kept after their program objects are gone.

@@ -27,10 +27,10 @@ static bool namesUsualUnits(const GLint *units, GLsizei count)
 // Where the driver's value of a uniform is remembered, for loads of its own kind; null for everything unusual.
 [[gnu::always_inline]] static inline const UniformSlot *heldSlot(GLint location, UniformKind kind)
 {
-    const Context *context = currentContext;
-    if (!context || static_cast<uint32_t>(location) >= context->uniformCount) [[unlikely]]
+    const HeldState &state = *heldState;
+    if (static_cast<uint32_t>(location) >= state.uniformCount) [[unlikely]]
         return nullptr;
-    const UniformSlot *slot = &context->uniformSlots[location];
+    const UniformSlot *slot = &state.uniformSlots[location];
     return slot->heldKind == kind ? slot : nullptr;
 }
 

@@ -4,18 +4,16 @@
 // it.
 #include "vertex_input.h"
 
+#include "equal_words.h"
+
 #include <cstring>
 
 void initAttributes(Context *context)
 {
     for (AttributeArray &array : context->attributes.arrays)
-        array = {.pointer = nullptr,
-                 .buffer = 0,
-                 .size = 4,
-                 .type = GL_FLOAT,
-                 .strideBytes = 0,
-                 .normalized = GL_FALSE,
-                 .known = true};
+        array = {
+            .pointer = nullptr, .buffer = 0, .size = 4, .type = GL_FLOAT, .strideBytes = 0, .normalized = GL_FALSE};
+    context->attributes.arraysHeld = kMaxAttributes;
     for (GLfloat(&value)[4] : context->attributes.values)
         value[3] = 1.0f;
 }
@@ -23,13 +21,15 @@ void initAttributes(Context *context)
 // Buffers were deleted by another context of the group. A name may stand for a new buffer by now, while an attribute
 // here still holds the old one, so nothing that names a buffer is known any longer. The array binding may have been
 // asked for since; the element binding has not, and keeps its buffer alive until the next bind.
-[[gnu::noinline]] static void forgetBuffers(Context *context, uint32_t deletions)
+[[gnu::noinline]] static void forgetBuffers(Context *context)
 {
+    // First, so that a deletion meanwhile is found the next time.
+    context->attributes.arraysHeld.exchange(kMaxAttributes);
     BufferState &buffers = context->buffers;
-    buffers.deletedSeen = deletions;
-    memset(buffers.seen, 0, sizeof buffers.seen);
+    for (std::atomic<GLuint> &name : context->seenBuffers.names)
+        name.store(0, std::memory_order_relaxed);
     for (AttributeArray &array : context->attributes.arrays)
-        if (array.buffer) array.known = false;
+        if (array.buffer != 0) array.buffer = kUnknownBuffer;
     driver.glBindBuffer(GL_ARRAY_BUFFER, buffers.array);
     buffers.driverArray = buffers.array;
     buffers.elementOld = true;
@@ -37,14 +37,13 @@ void initAttributes(Context *context)
 
 static void noticeDeletions(Context *context)
 {
-    const uint32_t deletions = context->group->buffersDeleted.load(std::memory_order_relaxed);
-    if (deletions != context->buffers.deletedSeen) [[unlikely]]
-        forgetBuffers(context, deletions);
+    if (context->attributes.arraysHeld.load(std::memory_order_relaxed) == 0) [[unlikely]]
+        forgetBuffers(context);
 }
 
 void expectDeletions(Context *context)
 {
-    context->buffers.deletedSeen = context->group->buffersDeleted.load(std::memory_order_relaxed) - 1;
+    context->attributes.arraysHeld = 0;
 }
 
 void syncArrayBuffer(Context *context)
@@ -63,39 +62,69 @@ static void noteBuffer(Context *context, GLuint buffer)
 }
 
 // The first bind of a name makes its buffer, which other contexts and queries can see.
-[[gnu::noinline]] static void bindNewArrayBuffer(Context *context, GLuint buffer)
+[[gnu::noinline]] static void bindNewArrayBuffer(GLuint buffer)
 {
+    Context *context = currentContext;
+    if (!context) return;
     BufferState &buffers = context->buffers;
+    buffers.array = buffer;
+    if (buffer == 0) return;
     noteBuffer(context, buffer);
-    buffers.seen[buffer % kSeenBufferCount] = buffer;
     buffers.driverArray = buffer;
     driver.glBindBuffer(GL_ARRAY_BUFFER, buffer);
 }
 
-[[gnu::noinline]] static void bindOtherBuffer(Context *context, GLenum target, GLuint buffer)
+[[gnu::noinline]] static void bindNewElementBuffer(GLuint buffer)
 {
+    Context *context = currentContext;
+    if (!context) return;
     noticeDeletions(context);
     noteBuffer(context, buffer);
     BufferState &buffers = context->buffers;
-    if (target == GL_ELEMENT_ARRAY_BUFFER) {
-        if (buffers.element == buffer && !buffers.elementOld) return;
-        buffers.element = buffer;
-        buffers.elementOld = false;
-    }
+    if (buffers.element == buffer && !buffers.elementOld) return;
+    buffers.element = buffer;
+    buffers.elementOld = false;
+    driver.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+}
+
+static void bindElementBuffer(GLuint buffer)
+{
+    HeldState &state = *heldState;
+    const bool deletions = state.attributes.arraysHeld.load(std::memory_order_relaxed) == 0;
+    if (deletions || !state.seenBuffers.has(buffer)) [[unlikely]]
+        return bindNewElementBuffer(buffer);
+    BufferState &buffers = state.buffers;
+    if (buffers.element == buffer && !buffers.elementOld) return;
+    buffers.element = buffer;
+    buffers.elementOld = false;
+    driver.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+}
+
+// For targets of newer drivers, and those that are errors.
+static void bindOtherBuffer(GLenum target, GLuint buffer)
+{
+    Context *context = currentContext;
+    if (!context) return;
     driver.glBindBuffer(target, buffer);
+    if (driver.glIsBuffer(buffer)) noteBuffer(context, buffer);
 }
 
 // Deletions by other contexts are noticed by whatever reads the array binding, not here.
+static void bindArrayBuffer(GLuint buffer)
+{
+    HeldState &state = *heldState;
+    if (state.buffers.array == buffer) return;
+    if (!state.seenBuffers.has(buffer)) [[unlikely]]
+        return bindNewArrayBuffer(buffer);
+    state.buffers.array = buffer;
+}
+
 void GL_APIENTRY glBindBuffer(GLenum target, GLuint buffer)
 {
-    Context *context = currentContext;
-    if (!context) [[unlikely]]
-        return;
-    if (target != GL_ARRAY_BUFFER) return bindOtherBuffer(context, target, buffer);
-    BufferState &buffers = context->buffers;
-    if (buffers.array == buffer) return;
-    buffers.array = buffer;
-    if (buffer != 0 && buffers.seen[buffer % kSeenBufferCount] != buffer) bindNewArrayBuffer(context, buffer);
+    if (target == GL_ARRAY_BUFFER) [[likely]]
+        return bindArrayBuffer(buffer);
+    if (target == GL_ELEMENT_ARRAY_BUFFER) return bindElementBuffer(buffer);
+    bindOtherBuffer(target, buffer);
 }
 
 // A deleted buffer's bindings in this context go back to 0, here as in the driver.
@@ -106,17 +135,8 @@ static void forgetBuffer(Context *context, GLuint buffer)
     if (buffers.array == buffer) buffers.array = 0;
     if (buffers.driverArray == buffer) buffers.driverArray = 0;
     if (buffers.element == buffer) buffers.element = 0;
-    GLuint &seen = buffers.seen[buffer % kSeenBufferCount];
-    if (seen == buffer) seen = 0;
     for (AttributeArray &array : context->attributes.arrays)
-        if (array.buffer == buffer) array.known = false;
-}
-
-static void forgetCopies(ShareGroup *group, GLsizei n, const GLuint *names)
-{
-    const std::lock_guard<std::mutex> guard(group->lock);
-    for (GLsizei i = 0; i < n; ++i)
-        group->copies.bytes.erase(names[i]);
+        if (array.buffer == buffer) array.buffer = kUnknownBuffer;
 }
 
 void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
@@ -128,10 +148,11 @@ void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
     for (GLsizei i = 0; i < n; ++i)
         forgetBuffer(context, names[i]);
     forgetNames(context->group->names, &SharedNames::buffers, n, names);
-    if (context->group->copies.kept) forgetCopies(context->group, n, names);
-    const uint32_t before = context->group->buffersDeleted.fetch_add(1, std::memory_order_relaxed);
-    // Where another context deleted something in between, the next look at the count finds the difference.
-    if (before == context->buffers.deletedSeen) context->buffers.deletedSeen = before + 1;
+    const std::lock_guard<std::mutex> guard(context->group->lock);
+    for (GLsizei i = 0; i < n; ++i)
+        context->group->copies.bytes.erase(names[i]);
+    for (Context *member : context->group->members)
+        if (member != context) expectDeletions(member);
 }
 
 GLboolean GL_APIENTRY glIsBuffer(GLuint buffer)
@@ -173,27 +194,35 @@ void GL_APIENTRY glGetBufferParameteriv(GLenum target, GLenum pname, GLint *para
     driver.glGetBufferParameteriv(target, pname, params);
 }
 
-// True when the attribute's array is switched as asked for; otherwise it is marked so and the driver is to follow.
 static bool isSwitched(GLuint index, bool enabled)
 {
+    return index < kMaxAttributes && ((heldState->attributes.enabled >> index & 1) != 0) == enabled;
+}
+
+[[gnu::noinline]] static void enableArray(GLuint index)
+{
     Context *context = currentContext;
-    if (!context) [[unlikely]]
-        return true;
-    if (index >= kMaxAttributes) return false;
-    const uint32_t bit = 1u << index;
-    if (((context->attributes.enabled & bit) != 0) == enabled) return true;
-    context->attributes.enabled ^= bit;
-    return false;
+    if (!context) return;
+    if (index < kMaxAttributes) context->attributes.enabled |= 1u << index;
+    driver.glEnableVertexAttribArray(index);
+}
+
+[[gnu::noinline]] static void disableArray(GLuint index)
+{
+    Context *context = currentContext;
+    if (!context) return;
+    if (index < kMaxAttributes) context->attributes.enabled &= ~(1u << index);
+    driver.glDisableVertexAttribArray(index);
 }
 
 void GL_APIENTRY glEnableVertexAttribArray(GLuint index)
 {
-    if (!isSwitched(index, true)) driver.glEnableVertexAttribArray(index);
+    if (!isSwitched(index, true)) enableArray(index);
 }
 
 void GL_APIENTRY glDisableVertexAttribArray(GLuint index)
 {
-    if (!isSwitched(index, false)) driver.glDisableVertexAttribArray(index);
+    if (!isSwitched(index, false)) disableArray(index);
 }
 
 // Arguments that every driver takes; others may be refused, and then change nothing.
@@ -203,50 +232,76 @@ static bool isPlainArray(GLint size, GLenum type, GLsizei stride)
     return (type >= GL_BYTE && type <= GL_UNSIGNED_SHORT) || type == GL_FLOAT || type == GL_FIXED;
 }
 
-// Out of line and with its caller's arguments, so that the caller is a test and a jump.
-[[gnu::noinline]] static void setArray(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
-                                       const void *pointer)
+// The two that follow are out of line and with their caller's arguments, so that the caller is tests and a jump.
+[[gnu::noinline]] static void setUnusualArray(GLuint index, GLint size, GLenum type, GLboolean normalized,
+                                              GLsizei stride, const void *pointer)
 {
     Context *context = currentContext;
     if (!context) return;
     syncArrayBuffer(context);
     if (index < kMaxAttributes)
         context->attributes.arrays[index] = {.pointer = pointer,
-                                             .buffer = context->buffers.array,
+                                             .buffer = isPlainArray(size, type, stride) ? context->buffers.array
+                                                                                        : kUnknownBuffer,
                                              .size = size,
                                              .type = type,
                                              .strideBytes = stride,
-                                             .normalized = normalized,
-                                             .known = isPlainArray(size, type, stride)};
+                                             .normalized = normalized};
+    driver.glVertexAttribPointer(index, size, type, normalized, stride, pointer);
+}
+
+// An array in client memory, or in the buffer that the driver has bound.
+[[gnu::noinline]] static void setArray(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
+                                       const void *pointer)
+{
+    HeldState &state = *heldState;
+    const bool held = index < state.attributes.arraysHeld.load(std::memory_order_relaxed);
+    if (!held || state.buffers.driverArray != state.buffers.array || !isPlainArray(size, type, stride))
+        return setUnusualArray(index, size, type, normalized, stride, pointer);
+    state.attributes.arrays[index] = {.pointer = pointer,
+                                      .buffer = state.buffers.array,
+                                      .size = size,
+                                      .type = type,
+                                      .strideBytes = stride,
+                                      .normalized = normalized};
     driver.glVertexAttribPointer(index, size, type, normalized, stride, pointer);
 }
 
 void GL_APIENTRY glVertexAttribPointer(GLuint index, GLint size, GLenum type, GLboolean normalized, GLsizei stride,
                                        const void *pointer)
 {
-    const Context *context = currentContext;
-    if (context && index < kMaxAttributes) [[likely]] {
-        const AttributeArray &array = context->attributes.arrays[index];
-        if (array.pointer == pointer && array.buffer == context->buffers.array && array.size == size &&
-            array.type == type && array.strideBytes == stride && array.normalized == normalized && array.known &&
-            context->buffers.deletedSeen == context->group->buffersDeleted.load(std::memory_order_relaxed))
+    HeldState &state = *heldState;
+    if (index < state.attributes.arraysHeld.load(std::memory_order_relaxed)) [[likely]] {
+        // The comparison of the buffers is the last, since it may take the register of the state.
+        const AttributeArray &array = state.attributes.arrays[index];
+        if (array.size == size && array.type == type && array.strideBytes == stride && array.normalized == normalized &&
+            array.pointer == pointer && array.buffer == state.buffers.array)
             return;
     }
     setArray(index, size, type, normalized, stride, pointer);
 }
 
-static void setValue(GLuint index, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
+[[gnu::noinline]] static void setNewValue(GLuint index, const GLfloat *value)
 {
     Context *context = currentContext;
-    if (!context) [[unlikely]]
-        return;
-    const GLfloat value[4] = {x, y, z, w};
-    if (index < kMaxAttributes) [[likely]] {
-        GLfloat *held = context->attributes.values[index];
-        if (memcmp(held, value, sizeof value) == 0) return; // bits: -0.0 and NaN are values like others
-        memcpy(held, value, sizeof value);
-    }
+    if (!context) return;
+    if (index < kMaxAttributes) memcpy(context->attributes.values[index], value, sizeof context->attributes.values[0]);
     driver.glVertexAttrib4fv(index, value);
+}
+
+static void setValue(GLuint index, const GLfloat *value)
+{
+    if (index < kMaxAttributes) [[likely]] {
+        const GLfloat *held = heldState->attributes.values[index];
+        if (isEqual<4>(reinterpret_cast<const uint32_t *>(held), value)) return;
+    }
+    setNewValue(index, value);
+}
+
+static void setValue(GLuint index, GLfloat x, GLfloat y, GLfloat z, GLfloat w)
+{
+    const GLfloat value[4] = {x, y, z, w};
+    setValue(index, value);
 }
 
 void GL_APIENTRY glVertexAttrib1f(GLuint index, GLfloat x)
@@ -286,15 +341,16 @@ void GL_APIENTRY glVertexAttrib3fv(GLuint index, const GLfloat *v)
 
 void GL_APIENTRY glVertexAttrib4fv(GLuint index, const GLfloat *v)
 {
-    setValue(index, v[0], v[1], v[2], v[3]);
+    setValue(index, v);
 }
 
 // An array whose state is not known reads a buffer that is gone: nothing can be read for it, before or after.
 static void putBackAttribute(const AttributeState &attributes, GLuint location)
 {
     const AttributeArray &array = attributes.arrays[location];
-    driver.glBindBuffer(GL_ARRAY_BUFFER, array.known ? array.buffer : 0);
-    if (array.known)
+    const bool known = array.buffer != kUnknownBuffer;
+    driver.glBindBuffer(GL_ARRAY_BUFFER, known ? static_cast<GLuint>(array.buffer) : 0);
+    if (known)
         driver.glVertexAttribPointer(location, array.size, array.type, array.normalized, array.strideBytes,
                                      array.pointer);
     else

@@ -7,8 +7,8 @@
 /// Brings the driver's array-buffer binding up to the application's. Needed before every call that reads it.
 void syncArrayBuffer(Context *context);
 
-/// Takes buffers for deleted by somebody whose calls do not come through here: a context of the machine's that shares
-/// the group's objects.
+/// Takes buffers for deleted by somebody else: another context of the group, or one of the machine's that shares the
+/// group's objects. The context may be current on another thread, which takes notice before it relies on a name again.
 void expectDeletions(Context *context);
 
 /// Gives these attributes, one bit each, back the state they had before a draw used them for something else.

@@ -123,6 +123,67 @@ TEST_F(BackendTest, WithoutAContextCallsDoNothing)
     EXPECT_EQ(gl.glIsEnabled(GL_DITHER), GL_FALSE);
 }
 
+// What the calls hold without a context is no context's, and stays as it is.
+TEST_F(BackendTest, WithoutACurrentContextNothingIsHeld)
+{
+    const GLfloat values[16] = {1.0f};
+    const auto callAll = [&] {
+        gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
+        gl.glBindBuffer(GL_ARRAY_BUFFER, 64);
+        gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+        gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 64);
+        gl.glEnableVertexAttribArray(0);
+        gl.glDisableVertexAttribArray(0);
+        gl.glVertexAttribPointer(0, 4, GL_FLOAT, GL_FALSE, 0, nullptr);
+        gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, values);
+        gl.glVertexAttrib4fv(0, values);
+        gl.glUniform1f(0, 1.0f);
+        gl.glUniform4fv(0, 1, values);
+        gl.glUniformMatrix4fv(0, 1, GL_FALSE, values);
+        gl.glUseProgram(1);
+        gl.glEnable(GL_BLEND);
+        gl.glDisable(GL_DITHER);
+    };
+    makeCurrent(nullptr);
+    const CallCounter counter;
+    callAll();
+    callAll();
+    EXPECT_EQ(counter.calls(), 0);
+    makeCurrent(context);
+    GLfloat value[4];
+    GLint bound = -1;
+    gl.glGetIntegerv(GL_ARRAY_BUFFER_BINDING, &bound);
+    driver.glGetVertexAttribfv(0, GL_CURRENT_VERTEX_ATTRIB, value);
+    EXPECT_EQ(bound, 0);
+    EXPECT_EQ(value[0], 0.0f);
+    EXPECT_EQ(gl.glIsEnabled(GL_BLEND), GL_FALSE);
+    EXPECT_EQ(gl.glIsEnabled(GL_DITHER), GL_TRUE);
+}
+
+TEST_F(BackendTest, AContextTakesWhatItHoldsToAnotherThread)
+{
+    gl.glEnableVertexAttribArray(3);
+    gl.glVertexAttrib1f(3, 2.0f);
+    makeCurrent(nullptr);
+    std::thread([&] {
+        makeCurrent(context);
+        const CallCounter held;
+        gl.glEnableVertexAttribArray(3);
+        gl.glVertexAttrib1f(3, 2.0f);
+        EXPECT_EQ(held.calls(), 0);
+        gl.glDisableVertexAttribArray(3);
+        makeCurrent(nullptr);
+    }).join();
+    const CallCounter none;
+    gl.glEnableVertexAttribArray(3);
+    EXPECT_EQ(none.calls(), 0) << "nothing is current here";
+    makeCurrent(context);
+    const int before = countedCalls("glEnableVertexAttribArray");
+    gl.glEnableVertexAttribArray(3);
+    EXPECT_EQ(countedCalls("glEnableVertexAttribArray") - before, 1);
+    gl.glDisableVertexAttribArray(3);
+}
+
 TEST_F(BackendTest, ProcAddressesAreTheExportedFunctions)
 {
     EXPECT_EQ(backend().table.getProcAddress("glClear"), reinterpret_cast<void *>(gl.glClear));

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <random>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -441,6 +442,108 @@ TEST_F(VertexInput, ABufferDeletedInAnotherContextIsPointedAtAnew)
     makeCurrent(other);
     makeCurrent(nullptr);
     EXPECT_EQ(backend().table.destroyContext(other), 1);
+}
+
+// What another thread deletes reaches a context that stays current here.
+TEST_F(VertexInput, ABufferDeletedOnAnotherThreadIsPointedAtAnew)
+{
+    GLuint buffer;
+    const GLfloat corners[8] = {};
+    gl.glGenBuffers(1, &buffer);
+    gl.glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    gl.glBufferData(GL_ARRAY_BUFFER, sizeof corners, corners, GL_STATIC_DRAW);
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+    const auto pointAll = [&] {
+        gl.glBindBuffer(GL_ARRAY_BUFFER, buffer);
+        gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, nullptr);
+        gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
+        gl.glVertexAttribPointer(1, 2, GL_FLOAT, GL_FALSE, 0, corners);
+        gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, buffer);
+    };
+    pointAll();
+    const CallCounter unchanged;
+    pointAll();
+    EXPECT_EQ(unchanged.calls(), 0);
+
+    std::thread([&] {
+        void *other = makeContext(context);
+        gl.glDeleteBuffers(1, &buffer);
+        gl.glBindBuffer(GL_ARRAY_BUFFER, buffer);
+        gl.glBufferData(GL_ARRAY_BUFFER, 4 * sizeof corners, nullptr, GL_STATIC_DRAW);
+        gl.glFinish();
+        makeCurrent(nullptr);
+        backend().table.destroyContext(other);
+    }).join();
+
+    const int pointersBefore = countedCalls("glVertexAttribPointer");
+    pointAll();
+    EXPECT_EQ(countedCalls("glVertexAttribPointer") - pointersBefore, 1) << "client memory is no buffer's";
+    GLint size = 0;
+    driver.glGetBufferParameteriv(GL_ELEMENT_ARRAY_BUFFER, GL_BUFFER_SIZE, &size);
+    EXPECT_EQ(size, static_cast<GLint>(4 * sizeof corners)) << "the new buffer";
+    pointAll();
+    const CallCounter again;
+    pointAll();
+    EXPECT_EQ(again.calls(), 0);
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    gl.glDeleteBuffers(1, &buffer);
+}
+
+TEST_F(VertexInput, ABufferOfBothTargetsIsMadeOnce)
+{
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 78);
+    const CallCounter counter;
+    gl.glBindBuffer(GL_ARRAY_BUFFER, 78);
+    EXPECT_EQ(counter.calls(), 0) << "left to the next call that reads it";
+    EXPECT_EQ(gl.glIsBuffer(78), GL_TRUE);
+    const GLuint buffer = 78;
+    gl.glDeleteBuffers(1, &buffer);
+    EXPECT_EQ(gl.glIsBuffer(78), GL_FALSE);
+    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 78);
+    EXPECT_EQ(gl.glIsBuffer(78), GL_TRUE) << "a new one of the name";
+    gl.glDeleteBuffers(1, &buffer);
+}
+
+TEST_F(VertexInput, ARefusedBindMakesNoBuffer)
+{
+    gl.glBindBuffer(GL_TEXTURE_2D, 79);
+    EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_ENUM));
+    const CallCounter counter;
+    gl.glBindBuffer(GL_ARRAY_BUFFER, 79);
+    EXPECT_EQ(counter.calls(), 1) << "other contexts see it from now on";
+    const GLuint buffer = 79;
+    gl.glDeleteBuffers(1, &buffer);
+}
+
+// 0 and 64 have the same low bits.
+TEST_F(VertexInput, NamesOfTheSameLowBitsAreBoundInTurn)
+{
+    const GLuint buffer = 64;
+    for (int i = 0; i < 3; ++i) {
+        for (const GLuint name : {buffer, 0u}) {
+            for (const GLenum target : {GL_ARRAY_BUFFER, GL_ELEMENT_ARRAY_BUFFER}) {
+                GLint bound = -1;
+                gl.glBindBuffer(target, name);
+                gl.glGetIntegerv(target == GL_ARRAY_BUFFER ? GL_ARRAY_BUFFER_BINDING : GL_ELEMENT_ARRAY_BUFFER_BINDING,
+                                 &bound);
+                EXPECT_EQ(bound, static_cast<GLint>(name));
+            }
+        }
+    }
+    gl.glDeleteBuffers(1, &buffer);
+}
+
+TEST_F(VertexInput, AnArrayMovedInClientMemoryReachesTheDriver)
+{
+    const GLfloat corners[8] = {};
+    gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners);
+    gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners + 2);
+    void *pointer = nullptr;
+    driver.glGetVertexAttribPointerv(0, GL_VERTEX_ATTRIB_ARRAY_POINTER, &pointer);
+    EXPECT_EQ(pointer, corners + 2);
+    const CallCounter counter;
+    gl.glVertexAttribPointer(0, 2, GL_FLOAT, GL_FALSE, 0, corners + 2);
+    EXPECT_EQ(counter.calls(), 0);
 }
 
 TEST_F(VertexInput, AnElementBufferDeletedInAnotherContextServesUntilTheNextBind)
