@@ -81,21 +81,26 @@ uint32_t fp_matrix_translate(float *m, float x, float y, float z, uint32_t matri
 void fp_matrix_build_rotate(float *out, float angle, float x, float y, float z)
 {
     const float length = roundedRoot(y * y + x * x + z * z);
-    const float factor = reciprocalOrZero(length);
-    x *= factor;
-    y *= factor;
-    z *= factor;
-
+    const Column axis = Column{x, y, z, 0.0f} * reciprocalOrZero(length);
     float c, s;
     fp_trigftn(angle, &c, &s);
     const float t = 1.0f - c;
-    const float xx = x * x, yy = y * y, zz = z * z;
-    const float xyt = x * y * t, xzt = x * z * t, yzt = y * z * t;
-    const float xs = x * s, ys = y * s, zs = z * s;
 
-    storeColumn(out, Column{xx + c * (1.0f - xx), xyt + zs, xzt - ys, 0.0f});
-    storeColumn(out + 4, Column{xyt - zs, yy + (1.0f - yy) * c, yzt + xs, 0.0f});
-    storeColumn(out + 8, Column{xzt + ys, yzt - xs, zz + (1.0f - zz) * c, 0.0f});
+    // The nine elements three at a time, then sorted into columns. The fourth lane of `less` is the zero of all three.
+    constexpr Column kNoFourth = {0.0f, 0.0f, 0.0f, 0.0f};
+    const Column squares = axis * axis;
+    const Column diagonal = squares + (1.0f - squares) * c;                          // x x, y y, z z
+    const Column mixed = axis * __builtin_shufflevector(axis, axis, 1, 2, 0, 3) * t; // x y, y z, z x
+    const Column turned = __builtin_shufflevector(axis, axis, 2, 0, 1, 3) * s;       // z, x, y
+    const Column more = mixed + turned;
+    const Column less = firstThree(mixed - turned, kNoFourth);
+    const Column low = __builtin_shufflevector(diagonal, more, 0, 4, 1, 5);    // d0, m0, d1, m1
+    const Column high = __builtin_shufflevector(more, diagonal, 2, 6, 3, 7);   // m2, d2
+    const Column second = __builtin_shufflevector(less, low, 0, 3, 6, 7);      // l0, 0, d1, m1
+    const Column third = __builtin_shufflevector(less, high, 1, 3, 4, 5);      // l1, 0, m2, d2
+    storeColumn(out, __builtin_shufflevector(low, less, 0, 1, 6, 7));          // d0, m0, l2, 0
+    storeColumn(out + 4, __builtin_shufflevector(second, second, 0, 2, 3, 1)); // l0, d1, m1, 0
+    storeColumn(out + 8, __builtin_shufflevector(third, third, 2, 0, 3, 1));   // m2, l1, d2, 0
     storeColumn(out + 12, Column{0.0f, 0.0f, 0.0f, 1.0f});
 }
 

@@ -57,7 +57,7 @@ void uploadTextureUnits(const GLIContext *ctx, const ProgramLocations &locations
 }
 
 // Kept between draws, since most draws change neither matrix.
-void makeMvpUpload(TransformState &transform, MvpUploadKind kind)
+[[gnu::noinline]] void makeMvpUpload(TransformState &transform, MvpUploadKind kind)
 {
     const float *m = transform.modelViewProjection.f;
     float *out = transform.mvpUpload;
@@ -75,15 +75,13 @@ void makeMvpUpload(TransformState &transform, MvpUploadKind kind)
 
 void uploadModelViewProjection(GLIContext *ctx, const ProgramLocations &locations)
 {
-    if (!assertThat(ctx->key.mvpForm <= MVP_SCALE_TRANSLATE, "form of the modelview-projection matrix")) return;
-
     TransformState &transform = ctx->transform;
-    const bool scaleTranslate = ctx->key.mvpForm == MVP_SCALE_TRANSLATE;
-    const MvpUploadKind kind = scaleTranslate ? MVP_UPLOAD_SCALE_TRANSLATE : MVP_UPLOAD_TRANSPOSED;
-    if (transform.mvpUploadKind != kind) makeMvpUpload(transform, kind);
-    if (scaleTranslate) {
+    const uint32_t form = ctx->key.mvpForm;
+    if (form == MVP_SCALE_TRANSLATE) {
+        if (transform.mvpUploadKind != MVP_UPLOAD_SCALE_TRANSLATE) makeMvpUpload(transform, MVP_UPLOAD_SCALE_TRANSLATE);
         glUniform4fv_2_0(locations.modelViewProjectionMatrix, 2, transform.mvpUpload);
-    } else {
+    } else if (assertThat(form <= MVP_GENERAL, "form of the modelview-projection matrix")) {
+        if (transform.mvpUploadKind != MVP_UPLOAD_TRANSPOSED) makeMvpUpload(transform, MVP_UPLOAD_TRANSPOSED);
         glUniformMatrix4fv_2_0(locations.modelViewProjectionMatrix, 1, GL_FALSE, transform.mvpUpload);
     }
 }
