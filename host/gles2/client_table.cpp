@@ -42,7 +42,7 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     context->imagesFound = info ? info->imagesFound : nullptr;
     // From now on another context may look at the group's programs.
     if (currentContext && currentContext->group == context->group) loadWaiting(currentContext);
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     context->group->members.push_back(context);
     ++context->group->contexts;
     joinNames(context);
@@ -59,7 +59,7 @@ static void freeContext(Context *context)
     leaveNames(context);
     bool last;
     {
-        const std::lock_guard<std::mutex> guard(group->lock);
+        const std::lock_guard guard(group->lock);
         std::erase(group->members, context);
         last = --group->contexts == 0;
     }
@@ -88,7 +88,7 @@ static void prepareContext(Context *context)
     if (context->prepared) return;
     context->prepared = true;
     driver.glGetIntegerv(GL_VIEWPORT, context->viewport);
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     if (context->group->abilitiesKnown) return;
     context->group->abilities = readDriverAbilities();
     context->group->copies.kept = needsBufferCopies(context->group->abilities);

@@ -77,6 +77,7 @@ struct Context : HeldState {
     LinkedProgram *program;        // what the driver runs for it
     GLfloat lineWidth;             // pixels
     bool wideLines;                // lines that are not smooth are wider than the driver's
+    bool drawsExpanded;            // with every program: for wide lines or a logic operation
     GLint viewport[4];             // pixels
 };
 
@@ -96,8 +97,14 @@ void raiseError(GLenum error);
 /// Writes a line to standard error, but no text twice in a process.
 void tellOnce(const char *text);
 
-/// Brings DRAWS_EXPANDED up to date with the program in use, the line width and the logic operation.
+/// Brings DRAWS_EXPANDED up to date with the line width and the logic operation.
 void updateSpecialDraws(Context *context);
+
+/// The present DRAWS_EXPANDED of a context whose program this is; null when none.
+inline uint8_t expandedDraws(const Context *context, const LinkedProgram *program)
+{
+    return program ? (context->drawsExpanded | program->drawsExpanded) * DRAWS_EXPANDED : 0;
+}
 
 /// Gives the context the state of a new one, for as far as the wrappers remember it. The attribute and buffer state
 /// needs no driver; the rest is read when the context is first current.

@@ -26,11 +26,8 @@ static GLfloat wholePixels(GLfloat width)
 
 void updateSpecialDraws(Context *context)
 {
-    const LinkedProgram *program = context->program;
-    const bool logicOp = findLogicOp(context) != LogicOp::Off;
-    const bool expanded = program && (logicOp || context->wideLines || program->expandsLines || program->flatLost ||
-                                      program->lineCoordLost);
-    context->specialDraws = (context->specialDraws & ~DRAWS_EXPANDED) | (expanded ? DRAWS_EXPANDED : 0);
+    context->drawsExpanded = context->wideLines || findLogicOp(context) != LogicOp::Off;
+    context->specialDraws = (context->specialDraws & ~DRAWS_EXPANDED) | expandedDraws(context, context->program);
 }
 
 void GL_APIENTRY glLineWidth(GLfloat width)
@@ -95,7 +92,7 @@ static Expansion missingExpansion(const Context *context, GLenum mode)
 // False when the draw cannot be expanded; nothing is drawn then.
 static bool drawWithExpanded(Context *context, const DrawCall &call, Expansion expansion, bool logicOp)
 {
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     ExpandedProgram *expanded = findExpanded(context, expansion, logicOp);
     if (!expanded) return false;
     enterExpanded(context->program, expanded);

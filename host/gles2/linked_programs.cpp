@@ -79,6 +79,7 @@ static void buildLinked(LinkedProgram *linked, const ProgramObject *program, con
     linked->flatLost = texts.flatLost;
     linked->lineCoordLost = texts.lineCoordLost;
     linked->expandsLines = !texts.geometry.empty();
+    linked->drawsExpanded = linked->flatLost || linked->lineCoordLost || linked->expandsLines;
     if (linked->expandsLines) linked->lines = findLineUniforms(linked->driverProgram);
 }
 
@@ -158,9 +159,8 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program)
     return linked;
 }
 
-void releaseLinked(ShareGroup *group, LinkedProgram *linked)
+void retireLinked(ShareGroup *group, LinkedProgram *linked)
 {
-    if (--linked->users > 0) return;
     if (!linked->keepable) {
         // Without a current context of the group the driver's program stays until the group's contexts go.
         if (currentContext && currentContext->group == group) deleteInDriver(linked);

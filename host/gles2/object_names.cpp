@@ -154,7 +154,7 @@ void GL_APIENTRY glGetShadersQRN(GLuint *shaders, GLint room, GLint *count)
 {
     Context *context = currentContext;
     if (!context) return;
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     list(namesOf(context->group->shaders), isAny, shaders, room, count);
 }
 
@@ -162,7 +162,7 @@ void GL_APIENTRY glGetProgramsQRN(GLuint *programs, GLint room, GLint *count)
 {
     Context *context = currentContext;
     if (!context) return;
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     list(namesOf(context->group->programs), isAny, programs, room, count);
 }
 
@@ -171,7 +171,7 @@ GLboolean GL_APIENTRY glIsProgramBinaryQRN(GLuint name)
 {
     Context *context = currentContext;
     if (!context) return GL_FALSE;
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     const auto found = context->group->programs.find(name);
     if (found == context->group->programs.end() || !found->second->linkOk) return GL_FALSE;
     return found->second->linked->result.loaded;

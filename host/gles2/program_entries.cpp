@@ -6,12 +6,20 @@
 #include <cstring>
 #include <string_view>
 
-using Guard = std::lock_guard<std::mutex>;
+using Guard = std::lock_guard<GroupLock>;
+
+// The place of a program among those found last.
+static ProgramObject *&recentProgram(ShareGroup *group, GLuint name)
+{
+    return group->recentPrograms[name % kRecentPrograms];
+}
 
 ProgramObject *findProgram(const Context *context, GLuint name)
 {
+    ProgramObject *&recent = recentProgram(context->group, name);
+    if (recent && recent->name == name) return recent;
     const auto found = context->group->programs.find(name);
-    if (found != context->group->programs.end()) return found->second;
+    if (found != context->group->programs.end()) return recent = found->second;
     raiseError(context->group->shaders.count(name) ? GL_INVALID_OPERATION : GL_INVALID_VALUE);
     return nullptr;
 }
@@ -31,6 +39,8 @@ static void freeProgram(ShareGroup *group, ProgramObject *program)
     detachShader(group, program->vertex);
     detachShader(group, program->fragment);
     if (program->linked) releaseLinked(group, program->linked);
+    ProgramObject *&recent = recentProgram(group, program->name);
+    if (recent == program) recent = nullptr;
     group->programs.erase(program->name);
     delete program;
 }
@@ -107,16 +117,17 @@ static void setLinkedProgram(Context *context, LinkedProgram *linked)
     context->program = linked;
     context->uniformSlots = linked ? linked->slots : nullptr;
     context->uniformCount = linked ? static_cast<uint32_t>(linked->slotCount) : 0;
+    context->specialDraws = expandedDraws(context, linked);
     // Loads may wait from when this group had only the one context, which is current on another thread.
-    if (linked && linked->waiting.count > 0) context->specialDraws |= DRAWS_LOADED;
-    updateSpecialDraws(context);
+    if (linked && linked->waiting.count > 0) [[unlikely]]
+        context->specialDraws |= DRAWS_LOADED;
 }
 
 // Puts a linked program in use in the context, for this layer and the driver; null takes the present one out of use.
 // The group's lock must be held.
-static void enterProgram(Context *context, ProgramObject *program)
+[[gnu::always_inline]] static inline void enterProgram(Context *context, ProgramObject *program)
 {
-    loadWaiting(context);
+    if (context->specialDraws & DRAWS_LOADED) loadWaiting(context);
     ProgramObject *before = context->programObject;
     LinkedProgram *linkedBefore = context->program;
     context->programObject = program;
@@ -124,8 +135,10 @@ static void enterProgram(Context *context, ProgramObject *program)
     if (program) {
         ++program->uses;
         ++program->linked->users;
+        driver.glUseProgram(program->linked->driverProgram);
+    } else {
+        driver.glUseProgram(0);
     }
-    driver.glUseProgram(program ? program->linked->driverProgram : 0);
     if (!before) return;
     releaseLinked(context->group, linkedBefore);
     if (--before->uses == 0 && before->deleted) freeProgram(context->group, before);
@@ -143,19 +156,27 @@ void leaveProgram(Context *context)
     if (--before->uses == 0 && before->deleted) freeProgram(context->group, before);
 }
 
-void GL_APIENTRY glUseProgram(GLuint name)
+[[gnu::noinline]] static void useOtherProgram(GLuint name)
 {
     Context *context = currentContext;
+    const Guard guard(context->group->lock);
+    ProgramObject *program = recentProgram(context->group, name);
+    if (!program || program->name != name) [[unlikely]] {
+        program = name ? findProgram(context, name) : nullptr;
+        if (name && !program) return;
+    }
+    if (program && !program->linkOk) return raiseError(GL_INVALID_OPERATION);
+    enterProgram(context, program);
+}
+
+void GL_APIENTRY glUseProgram(GLuint name)
+{
+    const Context *context = currentContext;
     if (!context) return;
     const ProgramObject *present = context->programObject;
     // A program linked again through another context takes effect here at the next use.
     if (present ? present->name == name && present->linked == context->program && present->linkOk : name == 0) return;
-
-    const Guard guard(context->group->lock);
-    ProgramObject *program = name ? findProgram(context, name) : nullptr;
-    if (name && !program) return;
-    if (program && !program->linkOk) return raiseError(GL_INVALID_OPERATION);
-    enterProgram(context, program);
+    useOtherProgram(name);
 }
 
 void GL_APIENTRY glLinkProgram(GLuint name)

@@ -7,6 +7,7 @@
 #include "buffer_copies.h"
 #include "equal_words.h"
 #include "gl_api.h"
+#include "group_lock.h"
 #include "noted_levels.h"
 #include "object_names.h"
 #include "translator.h"
@@ -120,7 +121,8 @@ struct LinkedProgram {
     bool plain;    // made for GLSL ES 1.00, since the driver refused the text of a higher version
     bool flatLost; // see TranslatedProgram
     bool lineCoordLost;
-    LineUniforms lines;                           // with expandsLines
+    bool drawsExpanded; // one of the three above: what it draws may need more than a draw of the driver's
+    LineUniforms lines; // with expandsLines
     ExpandedProgram *expanded[kExpandedPrograms]; // null until a draw needs one, see findExpanded
     ExplainedProgram *explained;                  // its record; null unless TRL20_EXPLAIN is set
 };
@@ -149,15 +151,18 @@ struct ProgramKeeper {
 
 struct Context;
 
+inline constexpr GLuint kRecentPrograms = 64; // found by name without a search
+
 /// Contexts that share objects. Names are looked up under the lock; a linked program in use is read without it.
 struct ShareGroup {
-    std::mutex lock;
+    GroupLock lock;
     std::vector<Context *> members;
     std::atomic<int> contexts; // the number of members, to be read without the lock
     EGLContext side;           // for work aside, see machine_context.h; none until it is needed
     GLuint lastName;           // shaders and programs have one name space
     std::unordered_map<GLuint, ShaderObject *> shaders;
     std::unordered_map<GLuint, ProgramObject *> programs;
+    ProgramObject *recentPrograms[kRecentPrograms]; // found last, by the low bits of their names; null or in `programs`
     ProgramKeeper keeper;
     NotedLevels notedLevels;
     SharedNames names; // of the other objects; has a lock of its own

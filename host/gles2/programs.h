@@ -26,8 +26,14 @@ void leaveProgram(Context *context);
 /// A context must be current, and the group's lock held.
 LinkedProgram *linkProgram(Context *context, ProgramObject *program);
 
-/// Takes one user away; without any the program goes to the keeper. The group's lock must be held.
-void releaseLinked(ShareGroup *group, LinkedProgram *linked);
+/// Puts a program without users into the keeper, or frees it. The group's lock must be held.
+void retireLinked(ShareGroup *group, LinkedProgram *linked);
+
+/// Takes one user away. The group's lock must be held.
+inline void releaseLinked(ShareGroup *group, LinkedProgram *linked)
+{
+    if (--linked->users == 0) retireLinked(group, linked);
+}
 
 /// Compiles the stages and links them, with attributes bound to these indices, or loads what an earlier run kept of
 /// that. Returns the driver's program, 0 when a stage or the linking failed. `stages` receives what the compiler said

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-using Guard = std::lock_guard<std::mutex>;
+using Guard = std::lock_guard<GroupLock>;
 
 ShaderObject *findShader(const Context *context, GLuint name)
 {

@@ -215,7 +215,7 @@ static bool readByDrawing(const Region &region, bool levels, uint8_t *rgba)
 static std::vector<uint8_t> readRegion(Context *context, const Region &region)
 {
     std::vector<uint8_t> rgba(static_cast<size_t>(region.width) * static_cast<size_t>(region.height) * 4);
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     LeftSurfaces left;
     if (!enterSideContext(context, left)) return {};
     const bool read =

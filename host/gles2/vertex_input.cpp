@@ -148,7 +148,7 @@ void GL_APIENTRY glDeleteBuffers(GLsizei n, const GLuint *names)
     for (GLsizei i = 0; i < n; ++i)
         forgetBuffer(context, names[i]);
     forgetNames(context->group->names, &SharedNames::buffers, n, names);
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     for (GLsizei i = 0; i < n; ++i)
         context->group->copies.bytes.erase(names[i]);
     for (Context *member : context->group->members)
@@ -174,7 +174,7 @@ void GL_APIENTRY glBufferData(GLenum target, GLsizeiptr size, const void *bytes,
     driver.glBufferData(target, size, bytes, usage);
     Context *context = currentContext;
     if (!context || !context->group->copies.kept) return;
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     copyBuffer(context->group->copies, boundBuffer(context, target), size, bytes, usage);
 }
 
@@ -184,7 +184,7 @@ void GL_APIENTRY glBufferSubData(GLenum target, GLintptr offset, GLsizeiptr size
     driver.glBufferSubData(target, offset, size, bytes);
     Context *context = currentContext;
     if (!context || !context->group->copies.kept) return;
-    const std::lock_guard<std::mutex> guard(context->group->lock);
+    const std::lock_guard guard(context->group->lock);
     copyIntoBuffer(context->group->copies, boundBuffer(context, target), offset, size, bytes);
 }
 

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -153,6 +154,75 @@ TEST_F(Programs, ADeletedProgramLivesAsLongAsItIsUsed)
     gl.glUseProgram(0);
     programValue(gl, program, GL_DELETE_STATUS);
     EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_VALUE));
+}
+
+TEST_F(Programs, ADeletedNameIsUnknownToEveryContext)
+{
+    const GLuint program = makeProgram(kPlainVertex, kColorFragment);
+    gl.glUseProgram(program);
+    gl.glUseProgram(0);
+    void *other = makeContext(context);
+    gl.glUseProgram(program);
+    gl.glUseProgram(0);
+    deleteProgram(program);
+    for (void *each : {other, context}) {
+        makeCurrent(each);
+        gl.glUseProgram(program);
+        EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_VALUE));
+    }
+    EXPECT_EQ(backend().table.destroyContext(other), 1);
+}
+
+// Names are looked for by their low bits first.
+TEST_F(Programs, ProgramsFarApartAreToldApart)
+{
+    GLuint programs[130];
+    for (GLuint &program : programs)
+        program = gl.glCreateProgram();
+    const GLuint shader = gl.glCreateShader(GL_VERTEX_SHADER);
+    gl.glAttachShader(programs[1], shader);
+    for (int round = 0; round < 2; ++round)
+        for (const GLuint program : programs)
+            ASSERT_EQ(programValue(gl, program, GL_ATTACHED_SHADERS), program == programs[1]);
+    gl.glDeleteProgram(programs[65]);
+    EXPECT_EQ(programValue(gl, programs[1], GL_ATTACHED_SHADERS), 1);
+    gl.glUseProgram(programs[65]);
+    EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_VALUE));
+    for (const GLuint program : programs)
+        if (program != programs[65]) gl.glDeleteProgram(program);
+    gl.glDeleteShader(shader);
+}
+
+TEST_F(Programs, ContextsOnTwoThreadsChangeProgramsAtTheSameTime)
+{
+    const GLuint first = makeProgram(kPlainVertex, kColorFragment);
+    const GLuint second = makeProgram(kPlainVertex, kColorFragment);
+    const auto changeOften = [&] {
+        for (int i = 0; i < 20000; ++i) {
+            gl.glUseProgram(first);
+            gl.glUseProgram(second);
+        }
+        gl.glUseProgram(0);
+    };
+    std::thread thread([&] {
+        void *other = makeContext(context);
+        changeOften();
+        makeCurrent(nullptr);
+        backend().table.destroyContext(other);
+    });
+    changeOften();
+    thread.join();
+    for (const GLuint program : {first, second}) {
+        gl.glUseProgram(program);
+        gl.glUniform4f(gl.glGetUniformLocation(program, "color"), 0.0f, 1.0f, 0.0f, 1.0f);
+        drawSquare();
+        EXPECT_EQ(pixelAt(3, 3), (Pixel{0, 255, 0, 255}));
+        gl.glClear(GL_COLOR_BUFFER_BIT);
+        gl.glUseProgram(0);
+        deleteProgram(program);
+        programValue(gl, program, GL_DELETE_STATUS);
+        EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_INVALID_VALUE)) << "no use was left behind";
+    }
 }
 
 TEST_F(Programs, AFailedRelinkLeavesTheProgramInUseRunning)
