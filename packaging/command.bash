@@ -73,7 +73,7 @@ check_program() { # FOLDER: of the libraries
     fi
     needed=$(LD_LIBRARY_PATH=$(library_path "$1") ldd "$program" 2>/dev/null) || needed=
     case $needed in
-    *" => $1/libEGL.so.1 "* | *" => $1/libGLESv1_CM.so.1 "*) ;;
+    *" => $1/names/libEGL.so.1 "* | *" => $1/names/libGLESv1_CM.so.1 "*) warn_of_both "$needed" ;;
     *libEGL.so* | *libGLESv1_CM.so*)
         fail "$program finds a libEGL of its own and would not use trl20 (run --force runs it all the same)" 2
         ;;
@@ -88,8 +88,19 @@ check_program() { # FOLDER: of the libraries
     esac
 }
 
-library_path() { # FOLDER: it comes first, what is set already stays behind it
-    printf '%s' "$1${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
+# OpenGL ES 1.1 and 2.0 have many names in common. The dynamic linker takes them from the library that comes first.
+warn_of_both() { # TEXT: what ldd says of the program
+    local order
+    order=$(sed -n 's/^[[:space:]]*lib\(GLESv1_CM\|GLESv2\)\.so.*/\1/p' <<<"$1" | paste -sd ' ')
+    case $order in
+    'GLESv2 GLESv1_CM') say "${program##*/} links libGLESv2 before libGLESv1_CM: OpenGL ES 1.1 will be drawn wrongly" ;;
+    'GLESv1_CM GLESv2') say "${program##*/} links libGLESv1_CM and libGLESv2: OpenGL ES 2.0 will be drawn wrongly" ;;
+    esac
+}
+
+# The folder with the pair's names comes first, what is set already stays behind it.
+library_path() { # FOLDER: of the libraries
+    printf '%s' "$1/names${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
 }
 
 # Becomes the program: its process, signals and exit status are what the caller sees.

@@ -32,7 +32,7 @@ check_drawing() { # PREFIX LIB FOLDER
     expect_part 'the triangle is drawn' 'inside: 255 0 51' "$output"
     expect_part 'the rest is cleared' 'outside: 0 102 0' "$output"
     expect_part 'arguments reach the program' 'argument: two words' "$output"
-    expect_part 'the libraries come first' "library path: $(readlink -f "$1/$2/trl20")" "$output"
+    expect_part 'the libraries come first' "library path: $(readlink -f "$1/$2/trl20")/names" "$output"
 }
 
 # The same file without the command: the installed libraries must not be found by accident.
@@ -75,6 +75,39 @@ check_run() { # PREFIX FOLDER
     status=0
     wait $pid || status=$?
     expect 'a signal to the command ends the program' $((128 + 15)) $status
+}
+
+# Programs that open their libraries by themselves, under the names of a system with and without development packages.
+check_opening() { # PREFIX FOLDER
+    local command=$1/bin/trl20 egl names output
+    "${CC:-cc}" "$tests/opening_program.c" -o "$2/opening"
+    for egl in libEGL.so.1 libEGL.so; do
+        for names in libGLESv1_CM.so.1 libGLESv1_CM.so 'libGLESv1_CM.so libGLESv2.so'; do
+            # shellcheck disable=SC2086
+            output=$("$command" run "$2/opening" 1 $egl $names) || true
+            expect_part "OpenGL ES 1.1 from $egl $names" $'renderer: QRN N614\npixel: 0 255 0' "$output"
+        done
+        for names in libGLESv2.so.2 libGLESv2.so 'libGLESv2.so libGLESv1_CM.so.1'; do
+            # shellcheck disable=SC2086
+            output=$("$command" run "$2/opening" 2 $egl $names) || true
+            expect_part "OpenGL ES 2.0 from $egl $names" 'pixel: 0 255 0' "$output"
+            expect "OpenGL ES 2.0 from $egl $names is the machine's" '' "$(grep QRN <<<"$output")"
+        done
+    done
+}
+
+# One of OpenGL ES 1.1 and 2.0 gets the other's functions: said, and run all the same.
+check_both_libraries() { # PREFIX FOLDER
+    local output
+    "${CC:-cc}" "$2/installed_program.c" -o "$2/both" "${flags[@]}" -Wl,--no-as-needed -lGLESv2
+    output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
+    expect_part 'both libraries are told' 'both links libGLESv1_CM and libGLESv2: OpenGL ES 2.0 will' "$output"
+    expect_part 'OpenGL ES 1.1 comes first and is drawn' 'inside: 255 0 51' "$output"
+    "${CC:-cc}" "$2/installed_program.c" -o "$2/both" -Wl,--no-as-needed -lGLESv2 "${flags[@]}"
+    output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
+    expect_part 'the wrong order is told' 'both links libGLESv2 before libGLESv1_CM: OpenGL ES 1.1 will' "$output"
+    output=$("$1/bin/trl20" run "$2/program" 2>&1) || true
+    expect 'one library is nothing to tell' '' "$(grep 'trl20: ' <<<"$output")"
 }
 
 check_refusals() { # PREFIX FOLDER
@@ -173,6 +206,8 @@ check_files() { # PREFIX LIB SOURCE
         expect_part "soname of $file" "[$file]" "$(readelf -d "$1/$2/trl20/$file" | grep SONAME)"
         expect "$file is stripped" '' "$(readelf -S "$1/$2/trl20/$file" | grep '\.symtab')"
     done
+    expect 'the names are links into the folder above' '' \
+        "$(find "$1/$2/trl20/names" -type f -o -type l ! -lname '../lib*.so*')"
     expect 'libGLESv1_CM.so.1 is a link' libGLESv1_CM_trl20.so "$(readlink "$1/$2/trl20/libGLESv1_CM.so.1")"
     expect 'no file knows the source tree' '' "$(grep -rl "$3" "$1")"
 }
@@ -184,6 +219,8 @@ check_installed_tree() { # PREFIX LIB SCRATCH VERSION SOURCE
     check_drawing "$1" "$2" "$3"
     check_no_shadow "$3"
     check_run "$1" "$3"
+    check_opening "$1" "$3"
+    check_both_libraries "$1" "$3"
     check_refusals "$1" "$3"
     check_explain "$1" "$3"
     check_other_commands "$1" "$4"

@@ -150,6 +150,26 @@ TEST(Modules, TheDirectoryOfTheLibraryItselfIsSearchedLast)
     std::filesystem::remove(copy);
 }
 
+// The system has a library of this name too, which a program may have opened.
+TEST(Modules, WhatLiesBesideTheLibraryAndIsLoadedComesFirst)
+{
+    const char *name = "libanl.so.1";
+    void *systems = dlopen(name, RTLD_NOW | RTLD_LOCAL);
+    ASSERT_NE(systems, nullptr) << dlerror();
+    const std::filesystem::path copy = std::filesystem::path(directoryOfVsp()) / name;
+    std::filesystem::copy_file(std::filesystem::path(directoryOfVsp()) / "libvsp.so", copy,
+                               std::filesystem::copy_options::overwrite_existing);
+    void *module = os_lib_map(name);
+    EXPECT_EQ(module, systems) << "it is not loaded";
+    os_lib_unmap(module);
+    void *loaded = dlopen(copy.c_str(), RTLD_NOW | RTLD_LOCAL);
+    std::filesystem::remove(copy);
+    ASSERT_NE(loaded, nullptr) << dlerror();
+    module = os_lib_map(name);
+    EXPECT_EQ(module, loaded);
+    os_lib_unmap(module);
+}
+
 TEST(Modules, MissingModulesAndNullHandlesAnswerNull)
 {
     EXPECT_EQ(os_lib_map("libtrl20_does_not_exist.so"), nullptr);
