@@ -25,7 +25,8 @@ uint32_t os_tls_alloc(void)
 // Slot 0 and slots not handed out are never written, so reading them needs no test of their own: they hold null.
 void *os_tls_read(uint32_t slot)
 {
-    return slot < SLOT_COUNT ? slotValues[slot] : NULL;
+    if (__builtin_expect(slot >= SLOT_COUNT, 0)) return NULL;
+    return slotValues[slot];
 }
 
 void os_tls_write(uint32_t slot, void *value)
