@@ -4,7 +4,6 @@
 #include "waiting_loads.h"
 
 #include <cstring>
-#include <string_view>
 
 using Guard = std::lock_guard<GroupLock>;
 
@@ -284,24 +283,30 @@ void GL_APIENTRY glGetActiveUniform(GLuint name, GLuint index, GLsizei size, GLs
 }
 
 // -1 for one that is not active, as the driver answers.
-static GLint attributeLocation(const LinkedProgram *linked, std::string_view name)
+static GLint attributeLocation(const LinkedProgram *linked, const GLchar *name)
 {
     for (const AttributeLocation &attribute : linked->attributes)
-        if (attribute.name == name) return attribute.location;
+        if (strcmp(attribute.name.c_str(), name) == 0) return attribute.location;
     return -1;
+}
+
+[[gnu::noinline]] static GLint attributeLocationOf(GLuint name, const GLchar *attribute)
+{
+    const Context *context = currentContext;
+    const Guard guard(context->group->lock);
+    const LinkedProgram *linked = findLinked(context, name);
+    return linked ? attributeLocation(linked, attribute) : -1;
 }
 
 GLint GL_APIENTRY glGetAttribLocation(GLuint name, const GLchar *attribute)
 {
-    Context *context = currentContext;
+    const Context *context = currentContext;
     if (!context) return -1;
     // The library asks for those of the program in use at every draw-texture.
     const ProgramObject *present = context->programObject;
     if (present && present->name == name && present->linked == context->program && present->linkOk)
         return attributeLocation(context->program, attribute);
-    const Guard guard(context->group->lock);
-    const LinkedProgram *linked = findLinked(context, name);
-    return linked ? attributeLocation(linked, attribute) : -1;
+    return attributeLocationOf(name, attribute);
 }
 
 GLint GL_APIENTRY glGetUniformLocation(GLuint name, const GLchar *uniform)
