@@ -56,7 +56,7 @@ struct RecentLookup {
     ShaderCacheNode *node; // what it found; null for nothing
 };
 
-constexpr uint32_t kRecentLookups = 64; // a power of two
+constexpr uint32_t kRecentLookups = 256; // a power of two; enough that states seldom share a place
 
 struct ShaderCache {
     ShaderCacheNode *root;
