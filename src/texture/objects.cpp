@@ -62,11 +62,21 @@ TextureObject *lookupInTable(TextureNamespace *textures, GLuint name)
     return slot;
 }
 
-TextureObject *lookupInList(TextureNamespace *textures, GLuint name)
+TextureObject *&recentOf(TextureNamespace *textures, GLuint name)
 {
-    for (TextureObject *object = textures->overflowHead; object; object = object->next)
-        if (object->name == name) return object;
+    return textures->recent[name % kRecentTextures];
+}
 
+TextureObject *findInList(TextureNamespace *textures, GLuint name)
+{
+    TextureObject *object = textures->overflowHead;
+    while (object && object->name != name)
+        object = object->next;
+    return object;
+}
+
+TextureObject *appendToList(TextureNamespace *textures, GLuint name)
+{
     TextureObject *object = createObject(name);
     if (!object) return nullptr;
     if (textures->overflowTail) {
@@ -75,6 +85,17 @@ TextureObject *lookupInList(TextureNamespace *textures, GLuint name)
         textures->overflowHead = object;
     }
     textures->overflowTail = object;
+    return object;
+}
+
+// Drivers that count names up give none below 256 after a while, so the list may be long.
+TextureObject *lookupInList(TextureNamespace *textures, GLuint name)
+{
+    TextureObject *&recent = recentOf(textures, name);
+    if (recent && recent->name == name) return recent;
+    TextureObject *object = findInList(textures, name);
+    if (!object) object = appendToList(textures, name);
+    if (object) recent = object;
     return object;
 }
 
@@ -99,7 +120,15 @@ TextureObject *takeFromList(TextureNamespace *textures, GLuint name)
     (previous ? previous->next : textures->overflowHead) = object->next;
     if (textures->overflowTail == object) textures->overflowTail = previous;
     object->next = nullptr;
+    if (recentOf(textures, name) == object) recentOf(textures, name) = nullptr;
     return object;
+}
+
+void emptyList(TextureNamespace *textures)
+{
+    textures->overflowHead = nullptr;
+    textures->overflowTail = nullptr;
+    os_memset(textures->recent, 0, sizeof textures->recent);
 }
 
 } // namespace
@@ -113,8 +142,7 @@ void initTextureObjects(TextureNamespace *textures)
     textures->defaultCubeMap.internalFormat[0] = GL_ALPHA;
     // Unlike the others: video frames are opaque colours.
     textures->defaultExternal.internalFormat[0] = GL_RGBA;
-    textures->overflowHead = nullptr;
-    textures->overflowTail = nullptr;
+    emptyList(textures);
     textures->table = static_cast<TextureObject **>(os_malloc(kTableStep * sizeof(TextureObject *)));
     textures->tableSize = textures->table ? kTableStep : 0;
     clearSlots(textures, 0, textures->tableSize);
@@ -134,8 +162,7 @@ void destroyTextureObjects(TextureNamespace *textures)
         os_free(object);
         object = next;
     }
-    textures->overflowHead = nullptr;
-    textures->overflowTail = nullptr;
+    emptyList(textures);
 }
 
 TextureObject *lookupUnusualTexture(TextureNamespace *textures, GLenum target, GLuint name)

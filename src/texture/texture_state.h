@@ -8,6 +8,7 @@
 struct GLIContext;
 
 constexpr uint32_t kCubeFaces = 6;
+constexpr uint32_t kRecentTextures = 2048; // more than most programs have at a time
 
 /// What the library knows of one texture name; the texels are the backend's, under the same name.
 struct TextureObject {
@@ -33,6 +34,7 @@ struct TextureNamespace {
     TextureObject **table;                     // by name; null until the name is first looked up
     TextureObject *overflowHead;               // names that are not in the table, in the order of first use
     TextureObject *overflowTail;
+    TextureObject *recent[kRecentTextures]; // of that list, the last found by the low bits of its name; null: none
 };
 
 /// Bindings of one context. Never null.

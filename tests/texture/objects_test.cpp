@@ -52,7 +52,7 @@ TEST_F(TextureObjects, InitialisationSetsEveryFieldAgain)
     textures.defaultCubeMap.width[3] = 4;
     textures.defaultExternal.generateMipmap = 1;
     textures.tableSize = 64;
-    textures.overflowHead = textures.overflowTail = &stale;
+    textures.overflowHead = textures.overflowTail = textures.recent[5] = &stale;
     initTextureObjects(&textures);
     EXPECT_EQ(textures.default2D.cropRect[2], 0);
     EXPECT_EQ(textures.defaultCubeMap.width[3], 0);
@@ -60,6 +60,7 @@ TEST_F(TextureObjects, InitialisationSetsEveryFieldAgain)
     EXPECT_EQ(textures.tableSize, 16u);
     EXPECT_EQ(textures.overflowHead, nullptr);
     EXPECT_EQ(textures.overflowTail, nullptr);
+    EXPECT_EQ(textures.recent[5], nullptr);
     for (uint32_t slot = 0; slot < 16; ++slot)
         EXPECT_EQ(textures.table[slot], nullptr);
     destroyTextureObjects(&textures);
@@ -217,6 +218,36 @@ TEST_F(TextureObjects, TheListIsMendedAtHeadMiddleAndTail)
     EXPECT_EQ(names().overflowTail, nullptr);
     lookup(304);
     EXPECT_EQ(overflowNames(), std::vector<GLuint>{304});
+}
+
+// Names that share a place at hand, and one that does not.
+TEST_F(TextureObjects, TheListsRecordsAreFoundWhateverIsAtHand)
+{
+    constexpr GLuint kFirst = 300, kSecond = kFirst + kRecentTextures, kOther = kFirst + 1;
+    TextureObject *const first = lookup(kFirst);
+    TextureObject *const second = lookup(kSecond);
+    TextureObject *const other = lookup(kOther);
+    EXPECT_EQ(names().recent[kFirst % kRecentTextures], second);
+    EXPECT_EQ(names().recent[kOther % kRecentTextures], other);
+    EXPECT_EQ(lookup(kFirst), first);
+    EXPECT_EQ(names().recent[kFirst % kRecentTextures], first);
+    EXPECT_EQ(lookup(kSecond), second);
+    EXPECT_EQ(lookup(kOther), other);
+    EXPECT_EQ(overflowNames(), (std::vector<GLuint>{kFirst, kSecond, kOther}));
+}
+
+TEST_F(TextureObjects, ADeletedRecordOfTheListIsNotAtHandAnyMore)
+{
+    constexpr GLuint kFirst = 300, kSecond = kFirst + kRecentTextures;
+    lookup(kSecond);
+    TextureObject *const first = lookup(kFirst);
+    deleteName(kSecond); // the other's place stays
+    EXPECT_EQ(names().recent[kFirst % kRecentTextures], first);
+    deleteName(kFirst);
+    EXPECT_EQ(names().recent[kFirst % kRecentTextures], nullptr);
+    lookup(kFirst)->cropRect[0] = 7;
+    EXPECT_EQ(overflowNames(), std::vector<GLuint>{kFirst});
+    EXPECT_EQ(lookup(kFirst)->cropRect[0], 7);
 }
 
 TEST_F(TextureObjects, ADeletedRecordLivesWhileAnotherContextBindsIt)
