@@ -69,7 +69,8 @@ find_program() { # NAME
 fetched_libraries() {
     local path
     if [ "$platform" = wayland ]; then printf ':%s' "$folder"/wayland/usr/lib/*-linux-gnu*; fi
-    for path in "$folder"/root/usr/lib/*-linux-gnu* "$folder"/root/usr/lib/*/piglit/lib; do
+    for path in "$folder"/root/usr/lib/*-linux-gnu* "$folder"/root/usr/lib/*/piglit/lib \
+        "$folder"/sdl/usr/lib/*-linux-gnu* "$folder"/sdl/usr/lib/*/pulseaudio; do
         [ -d "$path" ] && printf ':%s' "$path"
     done
 }

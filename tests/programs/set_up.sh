@@ -41,6 +41,19 @@ unpack() { # ROOT PATTERN PACKAGE...
     rm -r "$folder/debs"
 }
 
+# A package with all that it needs and this machine lacks, unpacked into a folder of FOLDER.
+unpack_with_needs() { # ROOT PACKAGE
+    local root=$folder/$1 file
+    binary_lists || return 1
+    rm -f "$folder"/apt/binary/cache/archives/*.deb
+    apt_get binary -y --no-install-recommends --download-only -o Debug::NoLocking=yes install "$2" || return 1
+    mkdir -p "$root"
+    for file in "$folder"/apt/binary/cache/archives/*.deb; do
+        if [ -e "$file" ]; then dpkg-deb -x "$file" "$root"; fi
+    done
+    rm -f "$folder"/apt/binary/cache/archives/*.deb
+}
+
 # A source package of this machine's suite, or else of a later one. Its upstream part is enough: Debian's own changes
 # concern the packaging.
 fetch_source() { # SOURCE_PACKAGE
@@ -110,6 +123,18 @@ set_up_glfw() {
         -L"$multiarch" -lglfw -lGLESv1_CM -lm || { echo "the GLFW program cannot be built"; return 1; }
 }
 
+set_up_sdl() {
+    local library
+    unpack_with_needs sdl libsdl2-2.0-0 && unpack sdl './usr/include/*' libsdl2-dev ||
+        { echo "Debian's packages of SDL cannot be had"; return 1; }
+    library=$(ls "$folder"/sdl/usr/lib/*/libSDL2-2.0.so.0 /usr/lib/*/libSDL2-2.0.so.0 2>/dev/null | head -n 1)
+    mkdir -p "$folder/bin"
+    # What SDL needs is beside it, and the linker has not to look for it.
+    build -I"$folder/sdl/usr/include" -I"$(echo "$folder"/sdl/usr/include/*-linux-gnu*)" "$here/sdl_es1.c" \
+        -o "$folder/bin/sdl_es1" "$library" -Wl,--allow-shlib-undefined ||
+        { echo "the SDL program cannot be built"; return 1; }
+}
+
 # A Wayland compositor with what it needs for running without a screen, and GLFW for it.
 set_up_wayland() {
     unpack wayland './usr/*' weston libweston-10-0 libevdev2 libinput10 libmtdev1 libgudev-1.0-0 libwacom9 \
@@ -120,9 +145,10 @@ command -v apt-get >/dev/null && command -v dpkg-deb >/dev/null ||
     { echo "skipped: this is no Debian system"; exit $skipped; }
 status=0
 : >"$folder/log"
-for name in mesa_demos mesa_utils waffle piglit glfw wayland; do
+for name in mesa_demos mesa_utils waffle piglit glfw sdl wayland; do
     # A change of this script or of a program of ours sets up anew.
-    [ "$folder/$name.ready" -nt "${BASH_SOURCE[0]}" ] && [ "$folder/$name.ready" -nt "$here/glfw_es1.c" ] && continue
+    [ "$folder/$name.ready" -nt "${BASH_SOURCE[0]}" ] && [ "$folder/$name.ready" -nt "$here/glfw_es1.c" ] &&
+        [ "$folder/$name.ready" -nt "$here/sdl_es1.c" ] && continue
     rm -f "$folder/$name.ready"
     if set_up_$name >"$folder/$name.missing"; then
         mv "$folder/$name.missing" "$folder/$name.ready"
