@@ -149,9 +149,8 @@ static Dependencies readDependencies(const ShaderScan &scan)
     return dependencies;
 }
 
-std::set<std::string_view> attributesFor(const ShaderScan &scan, const std::set<std::string_view> &results)
+static Names reachedFrom(const Dependencies &dependencies, const Names &results)
 {
-    const Dependencies dependencies = readDependencies(scan);
     Names reached = results;
     std::vector<std::string_view> open(results.begin(), results.end());
     while (!open.empty()) {
@@ -161,6 +160,18 @@ std::set<std::string_view> attributesFor(const ShaderScan &scan, const std::set<
         for (const std::string_view name : found->second)
             if (reached.insert(name).second) open.push_back(name);
     }
+    return reached;
+}
+
+std::set<std::string_view> namesFor(const ShaderScan &scan, const std::set<std::string_view> &results)
+{
+    return reachedFrom(readDependencies(scan), results);
+}
+
+std::set<std::string_view> attributesFor(const ShaderScan &scan, const std::set<std::string_view> &results)
+{
+    const Dependencies dependencies = readDependencies(scan);
+    const Names reached = reachedFrom(dependencies, results);
     Names attributes;
     for (const Attribute &attribute : scan.attributes)
         if (!dependencies.complete || reached.count(attribute.name)) attributes.insert(attribute.name);

@@ -2,6 +2,7 @@
 #include "translator.h"
 
 #include "doubled_vertex.h"
+#include "gathered_uniforms.h"
 #include "line_geometry.h"
 #include "shader_scan.h"
 
@@ -18,6 +19,7 @@ struct Target {
     bool colorPassed;                       // the fragment shader has its constant colour from the vertex shader
     Doubling doubling;                      // with `doubled`
     LineEnds ends;                          // of the lines' rectangles
+    Gathering gathering;                    // of the vertex shader's uniforms
     std::set<std::string_view> flatNames;   // varyings that are flat in either stage: GLSL ES 3.00 wants both to agree
     std::set<std::string_view> passedNames; // varyings that the geometry shader hands on; empty without one
 };
@@ -235,9 +237,9 @@ static std::string declarations(const Writer &writer)
 {
     if (writer.stage != ShaderStage::Fragment) {
         std::string text = writer.scan.fogFactor ? "float trl20_FogFactor;" : "";
-        if (writer.target.colorPassed)
-            text +=
-                "uniform highp vec4 " + std::string(kColorUniform) + "; flat out highp vec4 " + kColorVarying + "; ";
+        if (writer.target.colorPassed && writer.target.gathering.vectors == 0)
+            text += "uniform highp vec4 " + std::string(kColorUniform) + "; ";
+        if (writer.target.colorPassed) text += std::string("flat out highp vec4 ") + kColorVarying + "; ";
         return text;
     }
     const std::string precision = writer.target.raisePrecision ? "highp " : "mediump ";
@@ -290,10 +292,23 @@ static std::string doubledMain(const ShaderScan &scan, const Target &target)
     return {};
 }
 
-static std::string colorMain()
+static std::string colorMain(const Gathering &gathering)
 {
-    return std::string("\nvoid main()\n{\n    ") + kGivenMain + "();\n    " + kColorVarying + " = " +
-           std::string(kColorUniform) + ";\n}\n";
+    const std::string color =
+        gathering.vectors > 0 ? gatheredVector(gathering.vectors - 1) : std::string(kColorUniform);
+    return std::string("\nvoid main()\n{\n    ") + kGivenMain + "();\n    " + kColorVarying + " = " + color + ";\n}\n";
+}
+
+// Writes what stands for the tokens at `at` where uniforms are gathered. False when they stand for themselves.
+static bool writeGathered(Writer &writer, size_t &at)
+{
+    if (writer.stage != ShaderStage::Vertex) return false;
+    const auto found = writer.target.gathering.rewritings.find(at);
+    if (found == writer.target.gathering.rewritings.end()) return false;
+    writer.out += found->second.text;
+    dropTokens(writer, at, found->second.end);
+    at = found->second.end;
+    return true;
 }
 
 static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const Target &target)
@@ -303,6 +318,7 @@ static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const 
     for (size_t at = 0; at < scan.tokens.size();) {
         if (at == scan.declarationsAt) writeDeclarations(writer);
         const Token &token = scan.tokens[at];
+        if (writeGathered(writer, at)) continue;
         if (token.kind == TokenKind::Hash && isDroppedDirective(writer, at)) {
             const size_t end = directiveEnd(scan.tokens, at);
             dropTokens(writer, at, end);
@@ -316,7 +332,7 @@ static std::string writeShader(ShaderStage stage, const ShaderScan &scan, const 
     }
     if (scan.declarationsAt >= scan.tokens.size()) writeDeclarations(writer);
     if (stage == ShaderStage::Vertex) writer.out += doubledMain(scan, target);
-    if (stage == ShaderStage::Vertex && target.colorPassed) writer.out += colorMain();
+    if (stage == ShaderStage::Vertex && target.colorPassed) writer.out += colorMain(target.gathering);
     if (stage == ShaderStage::Fragment && target.doubled == Expansion::Lines) writer.out += lineFragmentMain();
     return std::move(writer.out);
 }
@@ -353,6 +369,7 @@ static Target chooseTarget(const DriverAbilities &abilities, const ShaderScan &s
                   .colorPassed = false,
                   .doubling = {},
                   .ends = scan.lineCoord ? LineEnds::Square : LineEnds::Upright,
+                  .gathering = {},
                   .flatNames = {},
                   .passedNames = {}};
     if (scan.externalSampler && !abilities.externalImageEssl300) return target;
@@ -418,6 +435,11 @@ TranslatedProgram translateProgram(const std::string &vertex, const std::string 
         }
         program.geometry = lineGeometryShader(geometryHeader(abilities), varyings, target.ends);
     }
+    if (abilities.gatheredVectors > 0 && target.doubled == Expansion::None)
+        target.gathering =
+            gatherUniforms(vertexScan, fragmentScan, target.colorPassed ? kColorUniform : std::string_view(),
+                           abilities.gatheredVectors);
+    program.gathered = target.gathering.uniforms;
     program.vertex = writeShader(ShaderStage::Vertex, vertexScan, target);
     program.fragment = writeShader(ShaderStage::Fragment, fragmentScan, target);
     program.version = target.version;

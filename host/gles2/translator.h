@@ -14,12 +14,14 @@
 //   uniform vec4 gles_FragColor in fragments  the same in the vertex shader, handed on flat, in GLSL ES 3.00: a uniform
 //                                             of the fragments that changes with every draw doubles the draw's time on
 //                                             llvmpipe. Flat, the fragments get the same bits
+//   uniforms of the vertex shader alone       places in one array, where that is asked for: see gathered_uniforms.h
 //
 // Where that loses something, or where lines are wider than the driver's, draws need another program for the same
 // texts: an expanded one. See Expansion.
 #pragma once
 
 #include <string>
+#include <vector>
 
 /// What the driver and its shader compiler can do. The default is the least that OpenGL ES 2.0 promises.
 struct DriverAbilities {
@@ -32,6 +34,7 @@ struct DriverAbilities {
     float widestLine = 1.0f;                   // pixels
     std::string framebufferFetch = {};         // the extension by which fragments read the colour buffer; empty = none
     int vertexAttributes = 8;                  // of one vertex
+    int gatheredVectors = 0;                   // most that uniforms are gathered into; 0: they are left alone
 };
 
 enum class ShaderStage { Vertex, Fragment };
@@ -45,6 +48,15 @@ enum class Expansion {
 };
 inline constexpr int kExpansions = 3;
 
+/// A uniform of the given text that is a place in the array kGatheredUniforms of the translated one.
+struct GatheredUniform {
+    std::string name; // without a "[0]"; of a structure's member with a dot in it
+    std::string type; // float, or a vector or matrix of floats
+    int elements;     // 1 for a single value
+    bool isArray;
+    int vector; // the first of its vectors in the array; each element, or each of a matrix' columns, has one
+};
+
 struct TranslatedProgram {
     std::string vertex;
     std::string geometry; // empty: the program has no such stage
@@ -52,7 +64,8 @@ struct TranslatedProgram {
     int version = 100;          // GLSL ES version of all stages: 100, 300, 310 or 320; 0 when a text named its own
     bool flatLost = false;      // flat shading was asked for and is drawn smooth
     bool lineCoordLost = false; // gl_LineCoord was asked for and is constant: lines are not smoothed
-    bool doubled = false;       // main runs twice: the draw brings both sets of attributes
+    std::vector<GatheredUniform> gathered; // in the order of their places
+    bool doubled = false;                  // main runs twice: the draw brings both sets of attributes
 };
 
 /// The declaration of the colour in a fragment shader of version 300 and above that writes one.
@@ -61,6 +74,9 @@ inline constexpr const char *kFragColorOutput = "out highp vec4 trl20_FragColor;
 /// Names in the expansion of lines, for whoever loads them: the viewport's size and the line's width, in pixels.
 inline constexpr const char *kViewportSizeUniform = "trl20_ViewportSize"; // vec2
 inline constexpr const char *kLineWidthUniform = "trl20_LineWidth";       // float
+
+/// The array of vec4 that uniforms are gathered into.
+inline constexpr const char *kGatheredUniforms = "trl20_Uniforms";
 
 /// Both shaders of a program, in one version of the language. A program whose text names a #version other than 100 is
 /// handed back unchanged. An expansion that the texts do not allow leaves what it was to bring back lost.

@@ -30,6 +30,7 @@ struct Gl {
     PFNGLGETPROGRAMIVPROC getProgramiv;
     PFNGLGETPROGRAMINFOLOGPROC getProgramInfoLog;
     PFNGLDELETEPROGRAMPROC deleteProgram;
+    PFNGLGETACTIVEUNIFORMPROC getActiveUniform;
 } gl;
 
 template <typename Function>
@@ -55,6 +56,7 @@ void findFunctions()
     find(gl.getProgramiv, "glGetProgramiv");
     find(gl.getProgramInfoLog, "glGetProgramInfoLog");
     find(gl.deleteProgram, "glDeleteProgram");
+    find(gl.getActiveUniform, "glGetActiveUniform");
 }
 
 // Compiles and attaches one stage; appends the complaint with the text it is about.
@@ -113,29 +115,85 @@ DriverAbilities driverAbilities()
     abilities.essl300 = version > 2.99;
     abilities.externalImageEssl300 = extensions && std::strstr(extensions, "GL_OES_EGL_image_external_essl3");
     abilities.geometryEssl320 = version > 3.19;
+    abilities.gatheredVectors = 96;
     return abilities;
+}
+
+// Links the texts into the program. Returns "" or the driver's complaint.
+static std::string linkTexts(GLuint program, const TranslatedProgram &texts)
+{
+    std::string complaint;
+    addStage(program, GL_VERTEX_SHADER, texts.vertex, complaint);
+    if (!texts.geometry.empty()) addStage(program, GL_GEOMETRY_SHADER, texts.geometry, complaint);
+    addStage(program, GL_FRAGMENT_SHADER, texts.fragment, complaint);
+    if (!complaint.empty()) return complaint;
+    gl.bindAttribLocation(program, 0, "gles_Vertex");
+    gl.linkProgram(program);
+    GLint linked = 0;
+    gl.getProgramiv(program, GL_LINK_STATUS, &linked);
+    if (linked) return {};
+    char log[4096] = "";
+    gl.getProgramInfoLog(program, sizeof(log), nullptr, log);
+    return std::string(log) + "\n" + texts.vertex + texts.geometry + texts.fragment;
 }
 
 std::string buildProgram(const std::string &vertex, const std::string &fragment, const DriverAbilities &abilities,
                          Expansion expansion)
 {
-    const TranslatedProgram texts = translateProgram(vertex, fragment, abilities, expansion);
-    std::string complaint;
     const GLuint program = gl.createProgram();
-    addStage(program, GL_VERTEX_SHADER, texts.vertex, complaint);
-    if (!texts.geometry.empty()) addStage(program, GL_GEOMETRY_SHADER, texts.geometry, complaint);
-    addStage(program, GL_FRAGMENT_SHADER, texts.fragment, complaint);
-    if (complaint.empty()) {
-        gl.bindAttribLocation(program, 0, "gles_Vertex");
-        gl.linkProgram(program);
-        GLint linked = 0;
-        gl.getProgramiv(program, GL_LINK_STATUS, &linked);
-        if (!linked) {
-            char log[4096] = "";
-            gl.getProgramInfoLog(program, sizeof(log), nullptr, log);
-            complaint = std::string(log) + "\n" + texts.vertex + texts.geometry + texts.fragment;
-        }
-    }
+    const std::string complaint = linkTexts(program, translateProgram(vertex, fragment, abilities, expansion));
     gl.deleteProgram(program);
     return complaint;
+}
+
+static const char *typeName(GLenum type)
+{
+    switch (type) {
+    case GL_FLOAT:
+        return "float";
+    case GL_FLOAT_VEC2:
+        return "vec2";
+    case GL_FLOAT_VEC3:
+        return "vec3";
+    case GL_FLOAT_VEC4:
+        return "vec4";
+    case GL_FLOAT_MAT3:
+        return "mat3";
+    case GL_FLOAT_MAT4:
+        return "mat4";
+    default:
+        return "another";
+    }
+}
+
+static std::string describe(const std::string &type, const std::string &name, GLint elements)
+{
+    return type + " " + name + "[" + std::to_string(elements) + "]";
+}
+
+std::set<std::string> uniformsOf(const std::string &vertex, const std::string &fragment,
+                                 const DriverAbilities &abilities)
+{
+    const TranslatedProgram texts = translateProgram(vertex, fragment, abilities);
+    const GLuint program = gl.createProgram();
+    std::set<std::string> uniforms;
+    GLint count = 0;
+    if (linkTexts(program, texts).empty()) gl.getProgramiv(program, GL_ACTIVE_UNIFORMS, &count);
+    GLint vectors = 0;
+    for (GLint i = 0; i < count; ++i) {
+        char name[256] = "";
+        GLint elements = 0;
+        GLenum type = 0;
+        gl.getActiveUniform(program, static_cast<GLuint>(i), sizeof name, nullptr, &elements, &type, name);
+        std::string base = name;
+        if (base.ends_with("[0]")) base.resize(base.size() - 3);
+        if (base == kGatheredUniforms)
+            vectors = elements;
+        else if (base != kViewportSizeUniform && base != kLineWidthUniform)
+            uniforms.insert(describe(typeName(type), base, elements));
+    }
+    for (const GatheredUniform &uniform : texts.gathered)
+        if (uniform.vector < vectors) uniforms.insert(describe(uniform.type, uniform.name, uniform.elements));
+    gl.deleteProgram(program);
+    return uniforms;
 }

@@ -14,6 +14,14 @@
 
 namespace {
 
+// Drivers keep all members of a structure that is used.
+bool isUnusedMember(const std::string &vertex, const std::string &uniform)
+{
+    const size_t begin = uniform.find(' ') + 1;
+    const std::string name = uniform.substr(begin, uniform.find('[') - begin);
+    return name.find('.') != std::string::npos && vertex.find(name) == std::string::npos;
+}
+
 class ShaderSweep : public testing::Test {
 protected:
     static void SetUpTestSuite()
@@ -63,10 +71,33 @@ protected:
     void buildInTheOldestLanguage(uint32_t seed, int count, Expansion wanted)
     {
         const DriverAbilities all = abilities;
-        abilities = {.fragmentHighp = all.fragmentHighp};
+        abilities = {.fragmentHighp = all.fragmentHighp, .gatheredVectors = all.gatheredVectors};
         expansion = wanted;
         buildRandomStates(seed, count);
         abilities = all;
+    }
+
+    // What an application can load must not get less by gathering, or its values would be lost.
+    void compareUniforms(uint32_t seed, int count)
+    {
+        DriverAbilities plain = abilities;
+        plain.gatheredVectors = 0;
+        int compared = 0; // some programs end with nothing to load
+        std::mt19937 random(seed);
+        for (int state = 0; state < count; ++state) {
+            Choices choices = {};
+            for (uint32_t aspect = 0; aspect < ASPECTS; ++aspect)
+                choices[aspect] = static_cast<uint8_t>(random() % aspectValues(aspect));
+            const ProgramKey key = legalKey(choices);
+            const std::string vertex = vertexText(key);
+            const std::string fragment = fragmentText(key);
+            const std::set<std::string> alone = uniformsOf(vertex, fragment, plain);
+            compared += !alone.empty();
+            const std::set<std::string> gathered = uniformsOf(vertex, fragment, abilities);
+            for (const std::string &uniform : alone)
+                ASSERT_TRUE(gathered.count(uniform) || isUnusedMember(vertex, uniform)) << uniform << "\n" << vertex;
+        }
+        EXPECT_GT(compared, count / 2);
     }
 
     // Every pair of values of two different aspects, of which the first is in the given range.
@@ -120,6 +151,11 @@ TEST_F(ShaderSweep, EveryPairWithinTheUnitsBuilds)
 TEST_F(ShaderSweep, RandomStatesBuild)
 {
     buildRandomStates(20, 4000);
+}
+
+TEST_F(ShaderSweep, GatheringLosesNoUniform)
+{
+    compareUniforms(21, 700);
 }
 
 TEST_F(ShaderSweep, RandomStatesBuildInTheOldestLanguage)
