@@ -138,12 +138,8 @@ static void drawExpanded(Context *context, const DrawCall &call, bool logicOp)
     endLines(off);
 }
 
-// Kept out of line, so that other draws are a test and a jump.
-[[gnu::noinline]] static void drawSpecially(const DrawCall &call)
+static void drawSpecially(Context *context, const DrawCall &call)
 {
-    Context *context = currentContext;
-    loadWaiting(context);
-    if (!context->specialDraws) return drawInDriver(call);
     const LogicOp logicOp = findLogicOp(context);
     // A logic operation takes the place of blending.
     const bool blends = logicOp != LogicOp::Off && context->capabilities.driver & DRIVER_BLEND;
@@ -152,16 +148,35 @@ static void drawExpanded(Context *context, const DrawCall &call, bool logicOp)
     if (blends) driver.glEnable(GL_BLEND);
 }
 
+// Kept out of line, so that other draws are a test and a jump. What most of these need is no more than loads.
+[[gnu::noinline]] static void drawArraysSpecially(GLenum mode, GLint first, GLsizei count)
+{
+    Context *context = currentContext;
+    loadWaiting(context);
+    if (!context->specialDraws) [[likely]]
+        return driver.glDrawArrays(mode, first, count);
+    drawSpecially(context, {.mode = mode, .first = first, .count = count, .type = 0, .indices = nullptr});
+}
+
+[[gnu::noinline]] static void drawElementsSpecially(GLenum mode, GLsizei count, GLenum type, const void *indices)
+{
+    Context *context = currentContext;
+    loadWaiting(context);
+    if (!context->specialDraws) [[likely]]
+        return driver.glDrawElements(mode, count, type, indices);
+    drawSpecially(context, {.mode = mode, .first = 0, .count = count, .type = type, .indices = indices});
+}
+
 void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
     if (heldState->specialDraws) [[unlikely]]
-        return drawSpecially({.mode = mode, .first = first, .count = count, .type = 0, .indices = nullptr});
+        return drawArraysSpecially(mode, first, count);
     driver.glDrawArrays(mode, first, count);
 }
 
 void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void *indices)
 {
     if (heldState->specialDraws) [[unlikely]]
-        return drawSpecially({.mode = mode, .first = 0, .count = count, .type = type, .indices = indices});
+        return drawElementsSpecially(mode, count, type, indices);
     driver.glDrawElements(mode, count, type, indices);
 }

@@ -4,6 +4,7 @@
 #include "driver.h"
 #include "driver_limit.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 
@@ -23,6 +24,16 @@ static float widestLine()
     GLfloat range[2] = {1.0f, 1.0f};
     if (driverLimit() == DriverLimit::None) driver.glGetFloatv(GL_ALIASED_LINE_WIDTH_RANGE, range);
     return range[1];
+}
+
+// Half of what a vertex shader has: what is not gathered needs its place too, and a vector takes a whole one where a
+// driver might have packed smaller values. Eight lights of all kinds take some eighty.
+static int gatheredVectors()
+{
+    static constexpr GLint kMost = 96;
+    GLint vectors = 0;
+    driver.glGetIntegerv(GL_MAX_VERTEX_UNIFORM_VECTORS, &vectors);
+    return std::min(vectors / 2, kMost);
 }
 
 DriverAbilities readDriverAbilities()
@@ -48,6 +59,7 @@ DriverAbilities readDriverAbilities()
         if (hasExtension(extensions, name)) abilities.framebufferFetch = name;
     }
     if (driverLimit() != DriverLimit::Es2) driver.glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, &abilities.vertexAttributes);
+    abilities.gatheredVectors = gatheredVectors();
     return abilities;
 }
 

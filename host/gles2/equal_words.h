@@ -51,12 +51,30 @@ template <size_t words, size_t count = 1>
            0;
 }
 
+/// Whether nine words are those of three columns, which lie in vectors of their own with a zero at the end.
+[[gnu::always_inline]] static inline bool isEqualColumns3(const uint32_t *held, const void *values)
+{
+    const auto *given = static_cast<const char *>(values);
+    const __m128i last = _mm_loadu_si128(reinterpret_cast<const __m128i *>(given + 5 * sizeof(uint32_t)));
+    const __m128i equal = _mm_and_si128(
+        _mm_and_si128(equalFour<true>(held, given), equalFour<true>(held + 4, given + 3 * sizeof(uint32_t))),
+        _mm_cmpeq_epi32(_mm_srli_si128(last, sizeof(uint32_t)),
+                        _mm_load_si128(reinterpret_cast<const __m128i *>(held + 8))));
+    return (_mm_movemask_epi8(equal) & 0xfff) == 0xfff;
+}
+
 #else
 
 template <size_t words, size_t count = 1>
 static inline bool isEqual(const uint32_t *held, const void *values)
 {
     return memcmp(held, values, words * count * sizeof(uint32_t)) == 0;
+}
+
+static inline bool isEqualColumns3(const uint32_t *held, const void *values)
+{
+    const auto *given = static_cast<const uint32_t *>(values);
+    return isEqual<3>(held, given) && isEqual<3>(held + 4, given + 3) && isEqual<3>(held + 8, given + 6);
 }
 
 #endif

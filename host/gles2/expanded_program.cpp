@@ -50,7 +50,7 @@ static void shareUniform(ExpandedProgram *expanded, const LinkedProgram *linked,
     const std::string base = uniform.name.substr(0, uniform.name.size() - (isArray ? 3 : 0));
     for (GLint i = 0; i < uniform.elements; ++i) {
         const std::string name = isArray ? base + "[" + std::to_string(i) + "]" : base;
-        const GLint given = driver.glGetUniformLocation(linked->driverProgram, name.c_str());
+        const GLint given = uniformLocation(linked, name);
         const GLint location = driver.glGetUniformLocation(expanded->driverProgram, name.c_str());
         if (given < 0 || location < 0) continue;
         expanded->uniforms.push_back(
@@ -74,8 +74,9 @@ static bool buildExpanded(ExpandedProgram *expanded, const LinkedProgram *linked
     const std::string fragment = linked->key.c_str() + vertex.size() + 1;
     // What the linked program lost in spite of the abilities, it would lose again.
     const bool lost = linked->plain || linked->flatLost || linked->lineCoordLost;
-    TranslatedProgram texts =
-        translateProgram(vertex, fragment, lost ? plainAbilities(abilities) : abilities, expansion);
+    DriverAbilities wanted = lost ? plainAbilities(abilities) : abilities;
+    wanted.gatheredVectors = 0; // each uniform is loaded by itself, from the linked program's value
+    TranslatedProgram texts = translateProgram(vertex, fragment, wanted, expansion);
     expanded->doubled = texts.doubled;
     if (expansion != Expansion::None && !expanded->doubled && texts.geometry.empty()) return false;
     if (logicOp && !addLogicOp(texts, abilities)) return false;
@@ -135,7 +136,11 @@ static const uint32_t *givenValue(const LinkedProgram *linked, const SharedUnifo
                                   uint32_t (&room)[kMaxUniformWords])
 {
     const size_t given = static_cast<size_t>(uniform.given);
-    if (given < linked->slotCount && linked->slots[given].heldKind == uniform.kind) return linked->slots[given].held;
+    if (given < linked->slotCount && linked->slots[given].heldKind == uniform.kind) {
+        if (!linked->slots[given].gathered) return linked->slots[given].held;
+        copyHeld(linked->slots[given], room);
+        return room;
+    }
     const bool integer = uniform.kind >= UniformKind::Int1 && uniform.kind <= UniformKind::Int4;
     if (integer)
         driver.glGetUniformiv(linked->driverProgram, uniform.given, reinterpret_cast<GLint *>(room));

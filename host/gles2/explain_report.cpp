@@ -111,12 +111,25 @@ static void addLog(std::string &out, const std::string &refusedLog, const Explai
     addSection(out, "driver's log", log.empty() ? "(empty)\n" : log);
 }
 
+// Which vectors of the array are which uniform.
+static std::string gatheredPlaces(const std::vector<GatheredUniform> &gathered)
+{
+    std::string text;
+    for (const GatheredUniform &uniform : gathered) {
+        text += print("[%d] %s %s", uniform.vector, uniform.type.c_str(), uniform.name.c_str());
+        text += uniform.isArray ? print("[%d]\n", uniform.elements) : "\n";
+    }
+    return text;
+}
+
 static void addHandedTexts(std::string &out, const TranslatedProgram &texts)
 {
     const std::string language = texts.version == 0
                                      ? "GLSL version of its own"
                                      : print("GLSL ES %d.%02d", texts.version / 100, texts.version % 100);
     addSection(out, "vertex shader, as handed to the driver, " + language, texts.vertex);
+    if (!texts.gathered.empty())
+        addSection(out, std::string("places in ") + kGatheredUniforms, gatheredPlaces(texts.gathered));
     if (!texts.geometry.empty())
         addSection(out, "geometry shader, as handed to the driver, " + language, texts.geometry);
     addSection(out, "fragment shader, as handed to the driver, " + language, texts.fragment);

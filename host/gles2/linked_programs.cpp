@@ -28,6 +28,7 @@ DriverAbilities plainAbilities(const DriverAbilities &abilities)
 {
     DriverAbilities plain;
     plain.fragmentHighp = abilities.fragmentHighp;
+    plain.gatheredVectors = abilities.gatheredVectors;
     return plain;
 }
 
@@ -49,36 +50,65 @@ static std::vector<AttributeLocation> activeAttributes(GLuint driverProgram)
     return attributes;
 }
 
-static void buildLinked(LinkedProgram *linked, const ProgramObject *program, const DriverAbilities &abilities)
-{
-    TranslatedProgram texts =
-        translateProgram(program->vertex->compiledSource, program->fragment->compiledSource, abilities);
+// What was handed to the driver, and what it said of the stages.
+struct Handed {
+    TranslatedProgram texts;
     BuildResult stages[2];
+};
+
+// Builds the driver's program with the texts for these abilities, and finds its uniforms.
+static bool tryToBuild(LinkedProgram *linked, const ProgramObject *program, const DriverAbilities &abilities,
+                       Handed &handed)
+{
+    handed.texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource, abilities);
+    handed.stages[0] = handed.stages[1] = linked->result = {};
+    linked->driverProgram = buildDriverProgram(handed.texts, program->attributeBindings, linked->result, handed.stages);
+    if (!linked->driverProgram) return false;
+    linked->uniforms.clear();
+    linked->activeUniforms.clear();
+    if (readUniforms(linked, handed.texts.gathered)) return true;
+    driver.glDeleteProgram(linked->driverProgram);
+    linked->driverProgram = 0;
+    return false;
+}
+
+// The same, without gathered uniforms where the driver does not want them: it is then not asked again.
+static bool build(LinkedProgram *linked, const ProgramObject *program, DriverAbilities &abilities, Handed &handed)
+{
+    if (tryToBuild(linked, program, abilities, handed)) return true;
+    if (handed.texts.gathered.empty()) return false;
+    DriverAbilities fewer = abilities;
+    fewer.gatheredVectors = 0;
+    if (!tryToBuild(linked, program, fewer, handed)) return false;
+    abilities = fewer;
+    return true;
+}
+
+static void buildLinked(LinkedProgram *linked, const ProgramObject *program, DriverAbilities &abilities)
+{
+    Handed handed;
     BuildResult refused;
-    linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
-    if (!linked->driverProgram && texts.version > 100) {
+    if (!build(linked, program, abilities, handed) && handed.texts.version > 100) {
         refused = std::move(linked->result);
         linked->plain = true;
-        texts = translateProgram(program->vertex->compiledSource, program->fragment->compiledSource,
-                                 plainAbilities(abilities));
-        linked->result = {};
-        linked->driverProgram = buildDriverProgram(texts, program->attributeBindings, linked->result, stages);
+        DriverAbilities plain = plainAbilities(abilities);
+        build(linked, program, plain, handed);
     }
     if (explains())
-        linked->explained = explainBuild({.key = linked->key,
-                                          .vertex = program->vertex->compiledSource,
-                                          .fragment = program->fragment->compiledSource,
-                                          .refused = refused,
-                                          .handed = {.texts = texts, .stages = stages, .result = linked->result}});
-    noteShaderResult(program->vertex, stages[0]);
-    noteShaderResult(program->fragment, stages[1]);
+        linked->explained =
+            explainBuild({.key = linked->key,
+                          .vertex = program->vertex->compiledSource,
+                          .fragment = program->fragment->compiledSource,
+                          .refused = refused,
+                          .handed = {.texts = handed.texts, .stages = handed.stages, .result = linked->result}});
+    noteShaderResult(program->vertex, handed.stages[0]);
+    noteShaderResult(program->fragment, handed.stages[1]);
     if (!linked->driverProgram) return;
 
-    readUniforms(linked);
     linked->attributes = activeAttributes(linked->driverProgram);
-    linked->flatLost = texts.flatLost;
-    linked->lineCoordLost = texts.lineCoordLost;
-    linked->expandsLines = !texts.geometry.empty();
+    linked->flatLost = handed.texts.flatLost;
+    linked->lineCoordLost = handed.texts.lineCoordLost;
+    linked->expandsLines = !handed.texts.geometry.empty();
     linked->drawsExpanded = linked->flatLost || linked->lineCoordLost || linked->expandsLines;
     if (linked->expandsLines) linked->lines = findLineUniforms(linked->driverProgram);
 }

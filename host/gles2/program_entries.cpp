@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 // Program objects: attachments, linking, use, and queries.
 #include "programs.h"
-#include "waiting_loads.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 
 using Guard = std::lock_guard<GroupLock>;
@@ -117,8 +118,8 @@ static void setLinkedProgram(Context *context, LinkedProgram *linked)
     context->uniformSlots = linked ? linked->slots : nullptr;
     context->uniformCount = linked ? static_cast<uint32_t>(linked->slotCount) : 0;
     context->specialDraws = expandedDraws(context, linked);
-    // Loads may wait from when this group had only the one context, which is current on another thread.
-    if (linked && linked->waiting.count > 0) [[unlikely]]
+    // Loads may wait from before the program was last taken out of use, also in another context.
+    if (linked && linked->waiting.first < linked->waiting.end) [[unlikely]]
         context->specialDraws |= DRAWS_LOADED;
 }
 
@@ -126,7 +127,6 @@ static void setLinkedProgram(Context *context, LinkedProgram *linked)
 // The group's lock must be held.
 [[gnu::always_inline]] static inline void enterProgram(Context *context, ProgramObject *program)
 {
-    if (context->specialDraws & DRAWS_LOADED) loadWaiting(context);
     ProgramObject *before = context->programObject;
     LinkedProgram *linkedBefore = context->program;
     context->programObject = program;
@@ -148,7 +148,6 @@ void leaveProgram(Context *context)
     ProgramObject *before = context->programObject;
     if (!before) return;
     const Guard guard(context->group->lock);
-    forgetWaiting(context);
     releaseLinked(context->group, context->program);
     context->programObject = nullptr;
     setLinkedProgram(context, nullptr);
@@ -238,6 +237,16 @@ static bool answerFromObject(const ProgramObject *program, GLenum pname, GLint *
     }
 }
 
+// How many uniforms there are, or the longest name's length with its closing zero.
+static GLint countUniforms(const std::vector<ActiveUniform> &uniforms, GLenum pname)
+{
+    if (pname == GL_ACTIVE_UNIFORMS) return static_cast<GLint>(uniforms.size());
+    size_t longest = 0;
+    for (const ActiveUniform &uniform : uniforms)
+        longest = std::max(longest, uniform.name.size() + 1);
+    return static_cast<GLint>(longest);
+}
+
 void GL_APIENTRY glGetProgramiv(GLuint name, GLenum pname, GLint *params)
 {
     Context *context = currentContext;
@@ -245,8 +254,12 @@ void GL_APIENTRY glGetProgramiv(GLuint name, GLenum pname, GLint *params)
     const Guard guard(context->group->lock);
     const ProgramObject *program = findProgram(context, name);
     if (!program || answerFromObject(program, pname, params)) return;
-    const bool counts = pname == GL_ACTIVE_ATTRIBUTES || pname == GL_ACTIVE_ATTRIBUTE_MAX_LENGTH ||
-                        pname == GL_ACTIVE_UNIFORMS || pname == GL_ACTIVE_UNIFORM_MAX_LENGTH;
+    const bool countsUniforms = pname == GL_ACTIVE_UNIFORMS || pname == GL_ACTIVE_UNIFORM_MAX_LENGTH;
+    const bool counts = pname == GL_ACTIVE_ATTRIBUTES || pname == GL_ACTIVE_ATTRIBUTE_MAX_LENGTH || countsUniforms;
+    if (program->linkOk && countsUniforms) {
+        *params = countUniforms(program->linked->activeUniforms, pname);
+        return;
+    }
     if (program->linkOk) return driver.glGetProgramiv(program->linked->driverProgram, pname, params);
     if (counts)
         *params = 0;
@@ -279,7 +292,12 @@ void GL_APIENTRY glGetActiveUniform(GLuint name, GLuint index, GLsizei size, GLs
     if (!context) return;
     const Guard guard(context->group->lock);
     const LinkedProgram *linked = findLinked(context, name);
-    if (linked) driver.glGetActiveUniform(linked->driverProgram, index, size, length, elements, type, out);
+    if (!linked) return;
+    if (size < 0 || index >= linked->activeUniforms.size()) return raiseError(GL_INVALID_VALUE);
+    const ActiveUniform &uniform = linked->activeUniforms[index];
+    copyText(uniform.name, size, length, out);
+    *elements = uniform.elements;
+    *type = uniform.type;
 }
 
 // -1 for one that is not active, as the driver answers.
@@ -315,7 +333,24 @@ GLint GL_APIENTRY glGetUniformLocation(GLuint name, const GLchar *uniform)
     if (!context) return -1;
     const Guard guard(context->group->lock);
     const LinkedProgram *linked = findLinked(context, name);
-    return linked ? driver.glGetUniformLocation(linked->driverProgram, uniform) : -1;
+    return linked ? uniformLocation(linked, uniform) : -1;
+}
+
+// As queries convert: to the nearest integer, and within those there are.
+static GLint nearestInteger(GLfloat value)
+{
+    if (std::isnan(value)) return 0;
+    return static_cast<GLint>(std::clamp(std::nearbyint(static_cast<double>(value)), -2147483648.0, 2147483647.0));
+}
+
+// Whether the value at a location is held here: that of a gathered uniform.
+static bool readGathered(const LinkedProgram *linked, GLint location, GLfloat (&value)[kMaxUniformWords])
+{
+    if (static_cast<size_t>(location) >= linked->slotCount || !linked->slots[location].gathered) return false;
+    uint32_t words[kMaxUniformWords] = {};
+    copyHeld(linked->slots[location], words);
+    memcpy(value, words, sizeof value);
+    return true;
 }
 
 void GL_APIENTRY glGetUniformfv(GLuint name, GLint location, GLfloat *params)
@@ -324,8 +359,10 @@ void GL_APIENTRY glGetUniformfv(GLuint name, GLint location, GLfloat *params)
     if (!context) return;
     const Guard guard(context->group->lock);
     const LinkedProgram *linked = findLinked(context, name);
-    loadWaiting(context);
-    if (linked) driver.glGetUniformfv(linked->driverProgram, location, params);
+    if (!linked) return;
+    GLfloat value[kMaxUniformWords];
+    if (!readGathered(linked, location, value)) return driver.glGetUniformfv(linked->driverProgram, location, params);
+    std::copy_n(value, wordsOf(linked->slots[location].kind), params);
 }
 
 void GL_APIENTRY glGetUniformiv(GLuint name, GLint location, GLint *params)
@@ -334,6 +371,8 @@ void GL_APIENTRY glGetUniformiv(GLuint name, GLint location, GLint *params)
     if (!context) return;
     const Guard guard(context->group->lock);
     const LinkedProgram *linked = findLinked(context, name);
-    loadWaiting(context);
-    if (linked) driver.glGetUniformiv(linked->driverProgram, location, params);
+    if (!linked) return;
+    GLfloat value[kMaxUniformWords];
+    if (!readGathered(linked, location, value)) return driver.glGetUniformiv(linked->driverProgram, location, params);
+    std::transform(value, value + wordsOf(linked->slots[location].kind), params, nearestInteger);
 }

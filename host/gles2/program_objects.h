@@ -62,17 +62,28 @@ enum class UniformKind : uint8_t {
 struct UniformSlot {
     UniformKind kind;
     UniformKind heldKind; // the same while `held` is what the driver has; None: the next load goes through
-    bool isArray;
-    bool isSampler;
+    bool isArray : 1;
+    bool isSampler : 1;
+    bool gathered : 1;    // a place in the array of gathered uniforms: new values wait for the next draw
     int16_t element;      // index in its array; 0 for a single value
     int16_t elementsLeft; // elements from this one to the array's last; 1 for a single value
-    uint32_t *held;       // the value the driver has, in LinkedProgram::values; an array's later elements lie behind it
+    // The value the driver has or is to get, in LinkedProgram::values. An array's later elements lie behind it, each
+    // element of a gathered one, and each column of a gathered matrix, in a vector of its own.
+    uint32_t *held;
 };
 static_assert(sizeof(UniformSlot) <= 16); // found by a shift
 
 /// Room for held values. A uniform begins at the start of one, so that it can be compared four words at a time.
 struct alignas(kHeldAlignment) HeldVector {
     uint32_t words[4];
+};
+
+/// A uniform as the application sees it; an array's name ends with "[0]".
+struct ActiveUniform {
+    std::string name;
+    GLenum type;
+    GLint elements;
+    GLint location; // of the first element
 };
 
 /// The viewport's size and the line's width in a program that makes rectangles of lines, and what was last loaded.
@@ -83,17 +94,19 @@ struct LineUniforms {
     GLfloat loadedLineWidth;       // pixels
 };
 
-/// Consecutive elements of one array.
-struct ElementRun {
-    GLint location;
-    GLsizei count;
+/// The array of gathered uniforms. Its vectors have locations of their own, which the driver does not know.
+struct GatheredArray {
+    GLint location;       // of the first vector; those of the others follow
+    GLint driverLocation; // of the array in the driver
+    GLsizei vectors;      // 0: nothing is gathered
+    uint32_t *held;       // of all vectors
 };
 
-/// Elements whose new values the driver does not have yet, see waiting_loads.h.
+/// The vectors that hold new values from the first to the last, as locations; see waiting_loads.h. No location lies
+/// between those of an empty range.
 struct WaitingLoads {
-    static constexpr int kMaxRuns = 4;
-    ElementRun runs[kMaxRuns];
-    int count;
+    GLint first = INT32_MAX;
+    GLint end = 0;
 };
 
 struct AttributeLocation {
@@ -114,6 +127,8 @@ struct LinkedProgram {
     UniformSlot *slots;                // those of `uniforms` and their number, at hand without arithmetic
     size_t slotCount;
     std::vector<HeldVector> values;
+    std::vector<ActiveUniform> activeUniforms;
+    GatheredArray gathered;
     WaitingLoads waiting;
     std::vector<AttributeLocation> attributes; // the active ones
     bool keepable;                             // every uniform is remembered, so that all can be put back to zero

@@ -44,14 +44,7 @@ GLuint buildDriverProgram(const TranslatedProgram &texts, const AttributeBinding
 /// The abilities of GLSL ES 1.00 alone, for a driver whose higher versions refuse what they should accept.
 DriverAbilities plainAbilities(const DriverAbilities &abilities);
 
-/// A uniform of a linked program of the driver; an array's name ends with "[0]".
-struct ActiveUniform {
-    std::string name;
-    GLenum type;
-    GLint elements;
-};
-
-/// The uniforms of the given texts: not those of the expansion.
+/// The uniforms of a linked program of the driver, without those of the expansion.
 std::vector<ActiveUniform> activeUniforms(GLuint driverProgram);
 
 /// None for a type that OpenGL ES 2.0 does not have.
@@ -62,11 +55,21 @@ inline constexpr size_t kMaxUniformWords = 16; // of one value
 /// Words of 32 bits in one value.
 uint32_t wordsOf(UniformKind kind);
 
+/// Columns of a matrix; 1 for other kinds.
+uint32_t columnsOf(UniformKind kind);
+
 /// Loads one value, in words, into the driver's program in use.
 void loadUniform(UniformKind kind, GLint location, const void *value);
 
-/// Finds the program's uniforms, all at the value zero.
-void readUniforms(LinkedProgram *linked);
+/// Finds the program's uniforms, all at the value zero. False when the driver has placed them so that loads of gathered
+/// ones would not find them.
+bool readUniforms(LinkedProgram *linked, const std::vector<GatheredUniform> &gathered);
+
+/// The location of a uniform as the application asks for it, also of an array's element; -1 for one that is not active.
+GLint uniformLocation(const LinkedProgram *linked, const std::string &name);
+
+/// Copies the value at a slot without the gaps that a gathered one has.
+void copyHeld(const UniformSlot &slot, uint32_t (&value)[kMaxUniformWords]);
 
 /// Puts every uniform back to zero, as after linking. Changes the driver's program in use.
 void zeroUniforms(LinkedProgram *linked);

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 // Uniform loads. The library above loads all its uniforms at every draw; the driver is called only for values it does
-// not have.
+// not have, and for gathered uniforms once per draw.
 #include "equal_words.h"
+#include "programs.h"
 #include "waiting_loads.h"
 
-#include <algorithm>
 #include <cstring>
 #include <type_traits>
 
@@ -24,6 +24,23 @@ static bool namesUsualUnits(const GLint *units, GLsizei count)
     return std::all_of(units, units + count, [](GLint unit) { return unit >= 0 && unit < 8; });
 }
 
+// Loads a gathered uniform in a way that is not plain.
+static void loadGathered(const UniformSlot &slot, GLint location, UniformKind kind, GLsizei count, const void *values)
+{
+    if (count < 0) return raiseError(GL_INVALID_VALUE);
+    if (slot.kind != kind || (count > 1 && !slot.isArray)) return raiseError(GL_INVALID_OPERATION);
+    const uint32_t columns = static_cast<uint32_t>(std::min<GLsizei>(count, slot.elementsLeft)) * columnsOf(kind);
+    const uint32_t words = wordsOf(kind) / columnsOf(kind);
+    const auto *given = static_cast<const uint32_t *>(values);
+    bool changed = false;
+    for (uint32_t column = 0; column < columns; ++column) {
+        const size_t size = words * sizeof(uint32_t);
+        changed = changed || memcmp(slot.held + 4 * column, given + words * column, size) != 0;
+        memcpy(slot.held + 4 * column, given + words * column, size);
+    }
+    if (changed) loadWithNextDraw(location, static_cast<GLsizei>(columns));
+}
+
 // Where the driver's value of a uniform is remembered, for loads of its own kind; null for everything unusual.
 [[gnu::always_inline]] static inline const UniformSlot *heldSlot(GLint location, UniformKind kind)
 {
@@ -32,6 +49,23 @@ static bool namesUsualUnits(const GLint *units, GLsizei count)
         return nullptr;
     const UniformSlot *slot = &state.uniformSlots[location];
     return slot->heldKind == kind ? slot : nullptr;
+}
+
+// True when the driver has to be called for a load that does not fit the uniform, or is of a gathered one.
+[[gnu::noinline]] static bool mustLoadUnusual(LinkedProgram *program, GLint location, UniformKind kind, GLsizei count,
+                                              const void *values)
+{
+    const bool known =
+        static_cast<size_t>(location) < program->slotCount && program->slots[location].kind != UniformKind::None;
+    if (known && program->slots[location].gathered) {
+        loadGathered(program->slots[location], location, kind, count, values);
+        return false;
+    }
+    if (known) forgetUniform(program, location);
+    // All locations are known where uniforms are gathered. In the driver, another one may be that of their array.
+    if (known || program->gathered.vectors == 0) return true;
+    raiseError(GL_INVALID_OPERATION);
+    return false;
 }
 
 // True when the driver has to be called for a load that is not plainly held; the values are then remembered. `words`
@@ -46,12 +80,11 @@ static bool mustLoad(GLint location, GLsizei count, const void *values)
         raiseError(GL_INVALID_OPERATION);
         return false;
     }
-    if (static_cast<size_t>(location) >= program->slotCount) return true;
-    UniformSlot &slot = program->slots[location];
-    if (slot.kind != kind || count < 1 || (count > 1 && !slot.isArray)) {
-        if (slot.kind != UniformKind::None) forgetUniform(program, location);
-        return true;
-    }
+    const bool known = static_cast<size_t>(location) < program->slotCount;
+    UniformSlot *found = known ? &program->slots[location] : nullptr;
+    if (!found || found->kind != kind || found->gathered || count < 1 || (count > 1 && !found->isArray))
+        return mustLoadUnusual(program, location, kind, count, values);
+    UniformSlot &slot = *found;
     if constexpr (kind == UniformKind::Int1) {
         if (slot.isSampler && !namesUsualUnits(static_cast<const GLint *>(values), count)) return true;
     }
@@ -83,8 +116,13 @@ template <auto function, UniformKind kind, typename... Value>
     constexpr size_t words = sizeof...(Value);
     const std::common_type_t<Value...> values[] = {given...};
     if (location == -1) return;
-    const UniformSlot *slot = heldSlot(location, kind);
-    if (slot && isEqual<words>(slot->held, values)) return;
+    if (const UniformSlot *slot = heldSlot(location, kind)) [[likely]] {
+        if (isEqual<words>(slot->held, values)) return;
+        if (slot->gathered) {
+            memcpy(slot->held, values, sizeof values);
+            return loadWithNextDraw(location, 1);
+        }
+    }
     loadUnusualValues<function, kind, words>(location, given...);
 }
 
@@ -98,19 +136,17 @@ template <auto function, UniformKind kind, size_t words, typename Value>
             if (isEqual<words>(slot->held, values)) return;
             if (kind != UniformKind::Int1) { // those may be samplers
                 memcpy(slot->held, values, words * sizeof(uint32_t));
-                const bool colourOrVector = kind == UniformKind::Float3 || kind == UniformKind::Float4;
-                if (colourOrVector && slot->isArray) return loadWithNextDraw(location);
+                if (slot->gathered) return loadWithNextDraw(location, 1);
                 return (driver.*function)(location, count, values);
             }
         } else if (count == 2 && slot->elementsLeft == 1 && slot->isArray) {
             // A compiler drops the last elements when nothing reads them, and loads of those are ignored.
             if (isEqual<words>(slot->held, values)) return;
-        } else if (count == 2 && slot->elementsLeft >= 2) {
+        } else if (words == 4 && count == 2 && slot->elementsLeft >= 2) {
             if (isEqual<words, 2>(slot->held, values)) return;
-            if (kind != UniformKind::Int1) {
-                memcpy(slot->held, values, 2 * words * sizeof(uint32_t));
-                return (driver.*function)(location, count, values);
-            }
+            memcpy(slot->held, values, 2 * words * sizeof(uint32_t));
+            if (slot->gathered) return loadWithNextDraw(location, 2);
+            return (driver.*function)(location, count, values);
         }
     }
     loadUnusualArray<function, kind, words>(location, count, values);
@@ -204,10 +240,17 @@ static void forgetTransposed(GLint location)
     if (program->slots[location].kind != UniformKind::None) forgetUniform(program, location);
 }
 
+static bool isGathered(GLint location)
+{
+    const LinkedProgram *program = currentContext ? currentContext->program : nullptr;
+    return program && static_cast<size_t>(location) < program->slotCount && program->slots[location].gathered;
+}
+
 template <auto function, UniformKind kind, size_t words>
 [[gnu::noinline]] static void loadUnusualMatrix(GLint location, GLsizei count, GLboolean transpose,
                                                 const GLfloat *values)
 {
+    if (transpose && isGathered(location)) return raiseError(GL_INVALID_VALUE);
     if (transpose)
         forgetTransposed(location);
     else if (!mustLoad<kind, words>(location, count, values))
@@ -222,9 +265,16 @@ template <auto function, UniformKind kind, size_t words>
     if (!transpose) [[likely]] {
         if (location == -1) return;
         const UniformSlot *slot = count == 1 ? heldSlot(location, kind) : nullptr;
-        if (slot) [[likely]] {
+        if (slot && slot->gathered && kind == UniformKind::Matrix3) [[likely]] {
+            if (isEqualColumns3(slot->held, values)) return;
+            for (size_t column = 0; column < 3; ++column)
+                memcpy(slot->held + 4 * column, values + 3 * column, 3 * sizeof(uint32_t));
+            return loadWithNextDraw(location, 3);
+        }
+        if (slot && (kind != UniformKind::Matrix2 || !slot->gathered)) [[likely]] {
             if (isEqual<words>(slot->held, values)) return;
             memcpy(slot->held, values, words * sizeof(uint32_t));
+            if (slot->gathered) return loadWithNextDraw(location, 4);
             return (driver.*function)(location, count, transpose, values);
         }
     }

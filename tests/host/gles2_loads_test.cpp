@@ -20,8 +20,10 @@ constexpr const char *kUniformVertex =
     "    gl_Position = matrix4 * gles_Vertex;\n}\n";
 constexpr const char *kUniformFragment =
     "uniform mediump vec3 three;\nuniform mediump vec2 two;\nuniform lowp bool flag;\nuniform sampler2D image;\n"
+    "uniform mediump float amount;\nuniform mediump vec4 parts[3];\n"
     "varying mediump vec4 v;\n"
-    "void main()\n{\n    gl_FragColor = v + vec4(three, two.x) + texture2D(image, two);\n"
+    "void main()\n{\n    gl_FragColor = v + vec4(three, two.x) + texture2D(image, two) + parts[0] + parts[1] * amount "
+    "+ parts[2];\n"
     "    if (flag) gl_FragColor *= 0.5;\n}\n";
 
 struct UniformTest : BackendTest {
@@ -64,11 +66,11 @@ TEST_F(UniformTest, AnEqualLoadReachesTheDriverOnce)
 
 TEST_F(UniformTest, ZeroIsKnownFromTheStart)
 {
-    const GLint scalar = location("scalar");
+    const GLint amount = location("amount");
     const CallCounter counter;
-    gl.glUniform1f(scalar, 0.0f);
+    gl.glUniform1f(amount, 0.0f);
     EXPECT_EQ(counter.calls(), 0);
-    gl.glUniform1f(scalar, -0.0f);
+    gl.glUniform1f(amount, -0.0f);
     EXPECT_EQ(counter.calls(), 1) << "another value, if an equal one";
 }
 
@@ -86,22 +88,22 @@ TEST_F(UniformTest, LoadsToNowhereStopWithoutAnError)
 
 TEST_F(UniformTest, ArraysAreComparedOverTheirLoadedPart)
 {
-    const GLint vectors = location("vectors");
-    const GLint second = location("vectors[1]");
+    const GLint parts = location("parts");
+    const GLint second = location("parts[1]");
     GLfloat values[16] = {};
     values[7] = 5.0f;
     const CallCounter counter;
-    gl.glUniform4fv(vectors, 1, values);
+    gl.glUniform4fv(parts, 1, values);
     EXPECT_EQ(counter.calls(), 0);
-    gl.glUniform4fv(vectors, 3, values);
+    gl.glUniform4fv(parts, 3, values);
     EXPECT_EQ(counter.calls(), 1);
     gl.glUniform4fv(second, 1, values + 4);
     EXPECT_EQ(counter.calls(), 1);
     gl.glUniform4f(second, 1.0f, 1.0f, 1.0f, 1.0f);
     EXPECT_EQ(counter.calls(), 2);
-    gl.glUniform4fv(vectors, 3, values);
+    gl.glUniform4fv(parts, 3, values);
     EXPECT_EQ(counter.calls(), 3);
-    gl.glUniform4fv(vectors, 4, values); // one more than there are; the last is ignored
+    gl.glUniform4fv(parts, 4, values); // one more than there are; the last is ignored
     EXPECT_EQ(counter.calls(), 3);
     EXPECT_EQ(gl.glGetError(), static_cast<GLenum>(GL_NO_ERROR));
 }
