@@ -65,6 +65,18 @@ TEST(Explain, EveryProgramHasAFileWithItsTextsAndLog)
     EXPECT_FALSE(std::filesystem::exists(files / "program-003.txt"));
 }
 
+TEST(Explain, AFileTellsWhichUniformIsWhereInTheArray)
+{
+    const TemporaryFolder folder;
+    const std::string vertex = "attribute vec4 gles_Vertex;\nuniform mat4 turn;\nuniform vec4 moves[2];\n"
+                               "void main()\n{\n    gl_Position = turn * gles_Vertex + moves[0] + moves[1];\n}\n";
+    runExplained(folder.path, [&](Application &app) { app.draw(app.link(vertex, fragmentOf(1))); });
+    const std::string file = readFile(folder.path / "program-001.txt");
+    EXPECT_NE(file.find("\n==== places in trl20_Uniforms ====\n[0] mat4 turn\n[4] vec4 moves[2]\n\n===="),
+              std::string::npos)
+        << file;
+}
+
 TEST(Explain, TheSummaryCountsDrawsSearchesAndBuilds)
 {
     const TemporaryFolder folder;

@@ -384,6 +384,30 @@ TEST_F(GatheredKinds, AreHeldAndDrawnWordByWord)
     EXPECT_NEAR(pixel[3], 4 + 2 + 40 + 2, 1);
 }
 
+// Nothing else waits that could take the last column along.
+TEST_F(GatheredKinds, AMatrixAloneReachesTheDriverWhole)
+{
+    GLfloat last4[16] = {};
+    last4[12] = 0.2f;
+    gl.glUniformMatrix4fv(location("m4"), 1, GL_FALSE, last4);
+    drawSquare();
+    EXPECT_EQ(pixelAt(4, 4), (Pixel{51, 0, 0, 0}));
+    GLfloat last3[9] = {};
+    last3[7] = 0.2f;
+    gl.glUniformMatrix3fv(location("m3"), 1, GL_FALSE, last3);
+    drawSquare();
+    EXPECT_EQ(pixelAt(4, 4), (Pixel{51, 51, 0, 0}));
+    GLfloat last2[4] = {};
+    last2[2] = 0.2f;
+    gl.glUniformMatrix2fv(location("m2"), 1, GL_FALSE, last2);
+    drawSquare();
+    EXPECT_EQ(pixelAt(4, 4), (Pixel{102, 51, 0, 0}));
+    const GLfloat ones[] = {0.0f, 0.0f, 0.2f};
+    gl.glUniform1fv(location("ones"), 3, ones);
+    drawSquare();
+    EXPECT_EQ(pixelAt(4, 4), (Pixel{102, 51, 51, 0}));
+}
+
 TEST_F(GatheredKinds, EqualLoadsDoNotWait)
 {
     GLfloat numbers[16] = {};
