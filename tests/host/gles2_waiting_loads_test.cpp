@@ -160,6 +160,19 @@ TEST_F(WaitingLoadsTest, AContextMadeOnAnotherThreadDrawsWithThem)
     EXPECT_EQ(backend().table.destroyContext(other), 1);
 }
 
+// A query needs no program in use.
+TEST_F(WaitingLoadsTest, AContextMadeOnAnotherThreadCanAskForThem)
+{
+    load("a[0]", 0.2f);
+    void *other = nullptr;
+    std::thread([&] {
+        other = makeContext(context);
+        EXPECT_EQ(held("a[0]"), 0.2f);
+        makeCurrent(nullptr);
+    }).join();
+    EXPECT_EQ(backend().table.destroyContext(other), 1);
+}
+
 TEST_F(WaitingLoadsTest, AContextThatIsLeftKeepsThem)
 {
     load("a[0]", 0.2f);
