@@ -120,28 +120,38 @@ uint8_t derivedMark(const GLIContext *ctx)
     return ctx->primitiveFlags & PRIMITIVE_LINES ? 0 : static_cast<uint8_t>(ctx->primitiveFlags + 1);
 }
 
-// The two words of the key that matrices and the material have a part in.
-uint64_t generalAndOutput(const ShaderStateBitfield &key)
+// The first word of the key, which has all that matrices decide, and most of what the material does.
+uint32_t generalWord(const ShaderStateBitfield &key)
 {
-    const char *bytes = reinterpret_cast<const char *>(&key);
-    uint32_t general, output;
-    std::memcpy(&general, bytes, sizeof(general));
-    std::memcpy(&output, bytes + sizeof(key) - sizeof(output), sizeof(output));
-    return general | static_cast<uint64_t>(output) << 32;
+    uint32_t word;
+    std::memcpy(&word, &key, sizeof(word));
+    return word;
 }
 
-// Follows the modelview matrix and the material, where the derived key holds but for them. True when it holds
-// altogether.
+// Follow the material or the modelview matrix where the derived key holds but for it. True when it holds altogether.
+bool followMaterial(GLIContext *ctx)
+{
+    const ShaderStateBitfield &key = ctx->key;
+    const uint32_t before = generalWord(key);
+    const uint32_t wasTwoSided = key.twoSided;
+    deriveLighting(ctx);
+    return generalWord(key) == before && key.twoSided == wasTwoSided;
+}
+
+bool followModelview(GLIContext *ctx)
+{
+    const uint32_t before = generalWord(ctx->key);
+    updateTransformState(ctx);
+    return generalWord(ctx->key) == before;
+}
+
 bool keepsProgram(GLIContext *ctx)
 {
     const LightingState &lighting = ctx->lighting;
-    const bool shaded = ctx->key.lighting && (lighting.change | lighting.colorDirty[0] | lighting.sceneColorDirty);
-    const bool moved = ctx->transform.uniformDirty & DIRTY_TRANSFORM;
-    if (!shaded && !moved) return true;
-    const uint64_t before = generalAndOutput(ctx->key);
-    if (shaded) deriveLighting(ctx);
-    if (moved) updateTransformState(ctx);
-    return generalAndOutput(ctx->key) == before;
+    if (ctx->key.lighting && (lighting.change | lighting.colorDirty[0] | lighting.sceneColorDirty)) {
+        if (!followMaterial(ctx)) return false;
+    }
+    return !(ctx->transform.uniformDirty & DIRTY_TRANSFORM) || followModelview(ctx);
 }
 
 // Derives everything and selects the program; false when there is none. Out of line: most draws go on with the last
