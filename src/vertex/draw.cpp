@@ -51,9 +51,11 @@ void bindColor(const GLIContext *ctx, const ProgramLocations &locations)
     }
 }
 
-void bindTexCoord(const GLIContext *ctx, uint32_t unit, GLint location)
+void bindTexCoord(const GLIContext *ctx, const ProgramLocations &locations, uint32_t unit)
 {
-    if (!ctx->key.unit[unit].enabled || location == -1) return;
+    if (!ctx->key.unit[unit].enabled) return;
+    const GLint location = locations.texCoordAttrib[unit];
+    if (location == -1) return;
 
     const ClientArray &array = ctx->arrays.texCoord[unit];
     if (array.enabled) {
@@ -106,11 +108,9 @@ void bindPaletteArray(const ClientArray &array, GLint location)
 void markPrimitive(GLIContext *ctx, GLenum mode)
 {
     ctx->primitiveFlags = 0;
-    if (mode == GL_POINTS) {
-        ctx->primitiveFlags = PRIMITIVE_POINTS;
-    } else if (mode <= GL_LINE_STRIP) {
-        ctx->primitiveFlags = PRIMITIVE_LINES;
-    }
+    if (mode > GL_LINE_STRIP) [[likely]]
+        return;
+    ctx->primitiveFlags = mode == GL_POINTS ? PRIMITIVE_POINTS : PRIMITIVE_LINES;
 }
 
 // The derived key and the program serve the next draw too when nothing but current values and the modelview matrix
@@ -204,7 +204,7 @@ void setVariableAttributes(GLIContext *ctx)
     bindColor(ctx, locations);
 #pragma GCC unroll 2
     for (uint32_t unit = 0; unit < kTextureUnits; ++unit)
-        bindTexCoord(ctx, unit, locations.texCoordAttrib[unit]);
+        bindTexCoord(ctx, locations, unit);
     bindNormal(ctx, locations.normalAttrib);
     bindPointSize(ctx, locations.pointSizeAttrib);
     glBindBuffer_2_0(GL_ARRAY_BUFFER, ctx->arrays.arrayBuffer);
