@@ -52,6 +52,13 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     return context;
 }
 
+// What the keeper could not delete while no context of the group was current.
+static void deleteUnkept(ShareGroup *group)
+{
+    const std::lock_guard guard(group->lock);
+    trimKeeper(group);
+}
+
 static void freeContext(Context *context)
 {
     ShareGroup *group = context->group;
@@ -62,6 +69,11 @@ static void freeContext(Context *context)
         const std::lock_guard guard(group->lock);
         std::erase(group->members, context);
         last = --group->contexts == 0;
+        if (!last) {
+            deleteProgramsOf(context);
+            deleteShadersOf(context);
+            if (currentContext && currentContext->group == group) trimKeeper(group);
+        }
     }
     if (last) {
         destroySideContext(context);
@@ -126,6 +138,7 @@ static int setBuffers(void *given, void *drawSurface, void *readSurface)
         before->current = false;
         if (before->destroyed) freeContext(before);
     }
+    if (before != context) deleteUnkept(context->group);
     prepareContext(context);
     return 1;
 }

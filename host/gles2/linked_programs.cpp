@@ -139,9 +139,25 @@ static LinkedProgram *takeKept(ProgramKeeper &keeper, const std::string &key)
     return linked;
 }
 
-// Throws the oldest programs away until the keeper holds its number again. A context must be current.
-static void trimKeeper(ProgramKeeper &keeper)
+// A context of its group must be current.
+static void throwAway(LinkedProgram *linked)
 {
+    deleteInDriver(linked);
+    freeLinked(linked);
+}
+
+static void throwRefusedAway(ProgramKeeper &keeper)
+{
+    for (LinkedProgram *linked : keeper.refused)
+        throwAway(linked);
+    keeper.refused.clear();
+}
+
+// The oldest ones go until the keeper holds its number again.
+void trimKeeper(ShareGroup *group)
+{
+    ProgramKeeper &keeper = group->keeper;
+    throwRefusedAway(keeper);
     while (keeper.idle.size() > kKeptPrograms) {
         const auto oldest = std::prev(keeper.idle.end());
         LinkedProgram *linked = *oldest;
@@ -152,8 +168,7 @@ static void trimKeeper(ProgramKeeper &keeper)
             break;
         }
         keeper.idle.erase(oldest);
-        deleteInDriver(linked);
-        freeLinked(linked);
+        throwAway(linked);
     }
 }
 
@@ -183,7 +198,7 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program)
         linked = new LinkedProgram{};
         linked->key = std::move(key);
         buildLinked(linked, program, group->abilities);
-        trimKeeper(group->keeper);
+        trimKeeper(group);
     }
     linked->users = 1;
     return linked;
@@ -192,9 +207,8 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program)
 void retireLinked(ShareGroup *group, LinkedProgram *linked)
 {
     if (!linked->keepable) {
-        // Without a current context of the group the driver's program stays until the group's contexts go.
-        if (currentContext && currentContext->group == group) deleteInDriver(linked);
-        freeLinked(linked);
+        group->keeper.refused.push_back(linked);
+        if (currentContext && currentContext->group == group) throwRefusedAway(group->keeper);
         return;
     }
     group->keeper.idle.push_front(linked);
@@ -211,6 +225,8 @@ void freeShareGroup(ShareGroup *group)
     for (const auto &[name, shader] : group->shaders)
         delete shader;
     for (LinkedProgram *linked : group->keeper.idle)
+        freeLinked(linked);
+    for (LinkedProgram *linked : group->keeper.refused)
         freeLinked(linked);
     delete group;
 }

@@ -45,6 +45,23 @@ static void freeProgram(ShareGroup *group, ProgramObject *program)
     delete program;
 }
 
+static void deleteObject(ShareGroup *group, ProgramObject *program)
+{
+    program->deleted = true;
+    if (program->uses == 0) freeProgram(group, program);
+}
+
+void deleteProgramsOf(const Context *context)
+{
+    ShareGroup *group = context->group;
+    for (auto at = group->programs.begin(); at != group->programs.end();) {
+        ProgramObject *program = (at++)->second; // may be erased
+        if (program->maker != context) continue;
+        program->maker = nullptr;
+        deleteObject(group, program);
+    }
+}
+
 GLuint GL_APIENTRY glCreateProgram(void)
 {
     Context *context = currentContext;
@@ -52,6 +69,7 @@ GLuint GL_APIENTRY glCreateProgram(void)
     const Guard guard(context->group->lock);
     ProgramObject *program = new ProgramObject{};
     program->name = ++context->group->lastName;
+    program->maker = context;
     context->group->programs[program->name] = program;
     return program->name;
 }
@@ -61,10 +79,7 @@ void GL_APIENTRY glDeleteProgram(GLuint name)
     Context *context = currentContext;
     if (!context || name == 0) return;
     const Guard guard(context->group->lock);
-    ProgramObject *program = findProgram(context, name);
-    if (!program) return;
-    program->deleted = true;
-    if (program->uses == 0) freeProgram(context->group, program);
+    if (ProgramObject *program = findProgram(context, name)) deleteObject(context->group, program);
 }
 
 static ShaderObject *&attachmentOf(ProgramObject *program, const ShaderObject *shader)

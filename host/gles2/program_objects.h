@@ -30,9 +30,12 @@ struct BuildResult {
     double milliseconds = 0.0; // of a program
 };
 
+struct Context;
+
 struct ShaderObject {
     GLuint name;
-    GLenum type; // GL_VERTEX_SHADER or GL_FRAGMENT_SHADER
+    const Context *maker; // with which it is deleted; null when that has happened
+    GLenum type;          // GL_VERTEX_SHADER or GL_FRAGMENT_SHADER
     std::string source;
     std::string compiledSource; // the text at the last glCompileShader
     bool compileAsked;
@@ -147,6 +150,7 @@ using AttributeBindings = std::map<std::string, GLuint>;
 
 struct ProgramObject {
     GLuint name;
+    const Context *maker; // as for shaders
     ShaderObject *vertex; // attached; null when none
     ShaderObject *fragment;
     AttributeBindings attributeBindings; // take effect at the next link
@@ -158,13 +162,12 @@ struct ProgramObject {
     bool deleted; // to be freed when the last of them lets go
 };
 
-/// Linked programs that no program object uses, newest first.
+/// Linked programs that no program object uses.
 struct ProgramKeeper {
-    std::list<LinkedProgram *> idle;
+    std::list<LinkedProgram *> idle; // newest first
     std::unordered_multimap<std::string, std::list<LinkedProgram *>::iterator> byKey;
+    std::vector<LinkedProgram *> refused; // not keepable; they wait for a current context, in which they are deleted
 };
-
-struct Context;
 
 inline constexpr GLuint kRecentPrograms = 64; // found by name without a search
 

@@ -29,6 +29,16 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program);
 /// Puts a program without users into the keeper, or frees it. The group's lock must be held.
 void retireLinked(ShareGroup *group, LinkedProgram *linked);
 
+/// Deletes what the group's keeper has too many of, and programs that it cannot keep. A context of the group must be
+/// current, and its lock held.
+void trimKeeper(ShareGroup *group);
+
+/// Deletes the programs and shaders made through a context, of which nobody will know the names any more: contexts of
+/// the library above share none. What is in use or attached elsewhere goes when it is let go of. The group's lock must
+/// be held.
+void deleteProgramsOf(const Context *context);
+void deleteShadersOf(const Context *context);
+
 /// Takes one user away. The group's lock must be held.
 inline void releaseLinked(ShareGroup *group, LinkedProgram *linked)
 {

@@ -21,6 +21,23 @@ static void freeShader(ShareGroup *group, ShaderObject *shader)
     delete shader;
 }
 
+static void deleteObject(ShareGroup *group, ShaderObject *shader)
+{
+    shader->deleted = true;
+    if (shader->attachments == 0) freeShader(group, shader);
+}
+
+void deleteShadersOf(const Context *context)
+{
+    ShareGroup *group = context->group;
+    for (auto at = group->shaders.begin(); at != group->shaders.end();) {
+        ShaderObject *shader = (at++)->second; // may be erased
+        if (shader->maker != context) continue;
+        shader->maker = nullptr;
+        deleteObject(group, shader);
+    }
+}
+
 void detachShader(ShareGroup *group, ShaderObject *shader)
 {
     if (shader && --shader->attachments == 0 && shader->deleted) freeShader(group, shader);
@@ -58,6 +75,7 @@ GLuint GL_APIENTRY glCreateShader(GLenum type)
     const Guard guard(context->group->lock);
     ShaderObject *shader = new ShaderObject{};
     shader->name = ++context->group->lastName;
+    shader->maker = context;
     shader->type = type;
     context->group->shaders[shader->name] = shader;
     return shader->name;
@@ -68,10 +86,7 @@ void GL_APIENTRY glDeleteShader(GLuint name)
     Context *context = currentContext;
     if (!context || name == 0) return;
     const Guard guard(context->group->lock);
-    ShaderObject *shader = findShader(context, name);
-    if (!shader) return;
-    shader->deleted = true;
-    if (shader->attachments == 0) freeShader(context->group, shader);
+    if (ShaderObject *shader = findShader(context, name)) deleteObject(context->group, shader);
 }
 
 void GL_APIENTRY glShaderSource(GLuint name, GLsizei count, const GLchar *const *strings, const GLint *lengths)

@@ -21,20 +21,20 @@ struct Memory : Es1Test {
     // Bytes that each frame leaves for ever. Drivers free later what they still draw with and enlarge tables now and
     // then, so the best of several rounds counts.
     template <typename Frame>
-    static long bytesLeftPerFrame(Frame frame)
+    static long bytesLeftPerFrame(Frame frame, long framesPerRound = 500)
     {
-        constexpr long kRounds = 6, kFramesPerRound = 500;
+        constexpr long kRounds = 6;
         long least = std::numeric_limits<long>::max();
         size_t before = 0;
         for (long round = 0; round < kRounds; ++round) {
-            for (long i = 0; i < kFramesPerRound; ++i)
+            for (long i = 0; i < framesPerRound; ++i)
                 frame();
             glFinish();
             const size_t after = allocatedBytes();
             if (round > 0) least = std::min(least, static_cast<long>(after) - static_cast<long>(before));
             before = after;
         }
-        return std::max(least, 0l) / kFramesPerRound;
+        return std::max(least, 0l) / framesPerRound;
     }
 };
 
@@ -79,6 +79,21 @@ TEST_F(Memory, TargetsOfDrawingOfAFrameLeaveNothing)
                   glDeleteRenderbuffersOES(1, &renderbuffer);
               }),
               0);
+}
+
+// Each makes two programs, which the backend frees with it.
+TEST_F(Memory, ContextsOfALivingShareGroupLeaveNothing)
+{
+    const auto useContext = [&] {
+        const EGLContext brief = create(1, context);
+        ASSERT_TRUE(makeCurrent(brief));
+        drawSquare();
+        glEnable(GL_FOG);
+        drawSquare();
+        ASSERT_TRUE(makeCurrent(context));
+        ASSERT_TRUE(eglDestroyContext(display, brief));
+    };
+    EXPECT_EQ(bytesLeftPerFrame(useContext, 35), 0);
 }
 
 } // namespace

@@ -337,20 +337,6 @@ TEST_F(Programs, TheKeeperThrowsTheOldestAway)
     EXPECT_EQ(countedCalls("glLinkProgram"), links + 1);
 }
 
-TEST_F(Programs, AProgramOutlivesTheContextThatMadeItWhereItIsShared)
-{
-    void *other = makeContext(context);
-    const GLuint program = makeProgram(kPlainVertex, kColorFragment);
-    gl.glUseProgram(program);
-    makeCurrent(nullptr);
-    EXPECT_EQ(backend().table.destroyContext(other), 1);
-    makeCurrent(context);
-    gl.glUseProgram(program);
-    gl.glUniform4f(gl.glGetUniformLocation(program, "color"), 1.0f, 1.0f, 0.0f, 1.0f);
-    drawSquare();
-    EXPECT_EQ(pixelAt(9, 9), (Pixel{255, 255, 0, 255}));
-}
-
 TEST_F(Programs, ARelinkThroughAnotherContextTakesEffectAtTheNextUse)
 {
     const GLuint vertex = compile(gl, GL_VERTEX_SHADER, kPlainVertex);
