@@ -44,6 +44,7 @@ static void *createContext(void *shareContext, void *config, const void *attribu
     if (currentContext && currentContext->group == context->group) loadWaiting(currentContext);
     const std::lock_guard guard(context->group->lock);
     context->group->members.push_back(context);
+    if (info && info->share) context->group->sharesWithMachine = true;
     ++context->group->contexts;
     joinNames(context);
     initAttributes(context);
@@ -82,10 +83,26 @@ static void freeContext(Context *context)
     delete context;
 }
 
+// The driver's programs of a group go with its last context, but not where contexts of the machine's share with it.
+static void deleteProgramsOfLast(Context *context)
+{
+    ShareGroup *group = context->group;
+    LeftThread left;
+    if (!group->sharesWithMachine || group->contexts > 1 || context->current || !enterThread(context, left)) return;
+    leaveProgram(context);
+    {
+        const std::lock_guard guard(group->lock);
+        deleteProgramsOf(context);
+        trimKeeper(group, 0);
+    }
+    leaveThread(context, left);
+}
+
 static int destroyContext(void *given)
 {
     Context *context = static_cast<Context *>(given);
     if (!context) return 0;
+    deleteProgramsOfLast(context);
     const EGLBoolean destroyed = machineEgl.eglDestroyContext(context->display, context->handle);
     // The machine keeps a current context until it is released, and so does this.
     if (context->current)
@@ -112,11 +129,7 @@ static int releaseCurrent()
     Context *context = currentContext;
     if (!context) return 1;
     loadWaiting(context);
-    const EGLenum api = bindOpenGlEs();
-    const EGLBoolean released =
-        machineEgl.eglMakeCurrent(context->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-    machineEgl.eglBindAPI(api);
-    if (!released) return 0;
+    if (!releaseOpenGlEs(context->display)) return 0;
     setCurrentContext(nullptr);
     context->current = false;
     if (context->destroyed) freeContext(context);

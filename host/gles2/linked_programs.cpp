@@ -153,12 +153,12 @@ static void throwRefusedAway(ProgramKeeper &keeper)
     keeper.refused.clear();
 }
 
-// The oldest ones go until the keeper holds its number again.
-void trimKeeper(ShareGroup *group)
+// The oldest ones go.
+void trimKeeper(ShareGroup *group, size_t kept)
 {
     ProgramKeeper &keeper = group->keeper;
     throwRefusedAway(keeper);
-    while (keeper.idle.size() > kKeptPrograms) {
+    while (keeper.idle.size() > kept) {
         const auto oldest = std::prev(keeper.idle.end());
         LinkedProgram *linked = *oldest;
         const auto [first, last] = keeper.byKey.equal_range(linked->key);

@@ -14,6 +14,14 @@ EGLenum bindOpenGlEs()
     return before;
 }
 
+EGLBoolean releaseOpenGlEs(EGLDisplay display)
+{
+    const EGLenum api = bindOpenGlEs();
+    const EGLBoolean released = machineEgl.eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    machineEgl.eglBindAPI(api);
+    return released;
+}
+
 EGLDisplay surfacelessDisplay()
 {
     static EGLDisplay display = [] {
@@ -66,20 +74,25 @@ EGLContext createMachineContext(EGLDisplay display, EGLConfig config, EGLContext
 }
 
 // False when the context, or a surface it draws to, has been destroyed: they go when the context is released.
-static bool canComeBack(const Context *context, const LeftSurfaces &left)
+static bool canComeBack(EGLDisplay display, EGLContext handle, const LeftSurfaces &left)
 {
     EGLint buffer, width;
-    if (!machineEgl.eglQueryContext(context->display, context->handle, EGL_RENDER_BUFFER, &buffer)) return false;
+    if (!machineEgl.eglQueryContext(display, handle, EGL_RENDER_BUFFER, &buffer)) return false;
     if (buffer == EGL_NONE) return true; // it has no surface
-    return machineEgl.eglQuerySurface(context->display, left.draw, EGL_WIDTH, &width) &&
-           machineEgl.eglQuerySurface(context->display, left.read, EGL_WIDTH, &width);
+    return machineEgl.eglQuerySurface(display, left.draw, EGL_WIDTH, &width) &&
+           machineEgl.eglQuerySurface(display, left.read, EGL_WIDTH, &width);
+}
+
+static LeftSurfaces currentSurfaces()
+{
+    return {.draw = machineEgl.eglGetCurrentSurface(EGL_DRAW), .read = machineEgl.eglGetCurrentSurface(EGL_READ)};
 }
 
 bool enterSideContext(const Context *context, LeftSurfaces &left)
 {
     ShareGroup *group = context->group;
-    left = {.draw = machineEgl.eglGetCurrentSurface(EGL_DRAW), .read = machineEgl.eglGetCurrentSurface(EGL_READ)};
-    if (!canComeBack(context, left)) return false;
+    left = currentSurfaces();
+    if (!canComeBack(context->display, context->handle, left)) return false;
     EGLenum error;
     if (!group->side)
         group->side = createMachineContext(context->display, context->config, context->handle, nullptr, error);
@@ -95,6 +108,24 @@ bool enterSideContext(const Context *context, LeftSurfaces &left)
 void leaveSideContext(const Context *context, const LeftSurfaces &left)
 {
     machineEgl.eglMakeCurrent(context->display, left.draw, left.read, context->handle);
+}
+
+bool enterThread(const Context *context, LeftThread &left)
+{
+    left = {.display = machineEgl.eglGetCurrentDisplay(),
+            .context = machineEgl.eglGetCurrentContext(),
+            .surfaces = currentSurfaces()};
+    if (left.context && !canComeBack(left.display, left.context, left.surfaces)) return false;
+    return machineEgl.eglMakeCurrent(context->display, EGL_NO_SURFACE, EGL_NO_SURFACE, context->handle);
+}
+
+void leaveThread(const Context *context, const LeftThread &left)
+{
+    if (left.context) {
+        machineEgl.eglMakeCurrent(left.display, left.surfaces.draw, left.surfaces.read, left.context);
+        return;
+    }
+    releaseOpenGlEs(context->display);
 }
 
 void destroySideContext(const Context *context)

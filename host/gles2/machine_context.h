@@ -8,6 +8,9 @@
 /// the caller's back afterwards.
 EGLenum bindOpenGlEs();
 
+/// Leaves the thread without a current context of OpenGL ES.
+EGLBoolean releaseOpenGlEs(EGLDisplay display);
+
 /// A display without a window system, for callers that bring none; opened once and kept. EGL_NO_DISPLAY without one.
 EGLDisplay surfacelessDisplay();
 
@@ -29,6 +32,20 @@ bool enterSideContext(const Context *context, LeftSurfaces &left);
 
 /// Makes the context itself current again, as it was.
 void leaveSideContext(const Context *context, const LeftSurfaces &left);
+
+/// What is current on a thread while one of the backend's contexts is there for a while; a context of none: nothing.
+struct LeftThread {
+    EGLDisplay display;
+    EGLContext context;
+    LeftSurfaces surfaces;
+};
+
+/// Makes a context that is current nowhere current on the machine's side alone: `currentContext` and what the backend
+/// does by it stay. Returns false, with everything as it was, where that cannot be, or could not be taken back.
+bool enterThread(const Context *context, LeftThread &left);
+
+/// Makes current again what was.
+void leaveThread(const Context *context, const LeftThread &left);
 
 /// Destroys the group's side context, if it has one.
 void destroySideContext(const Context *context);

@@ -176,6 +176,7 @@ struct ShareGroup {
     GroupLock lock;
     std::vector<Context *> members;
     std::atomic<int> contexts; // the number of members, to be read without the lock
+    bool sharesWithMachine;    // also with contexts of the machine's, so that what is left in the driver would stay
     EGLContext side;           // for work aside, see machine_context.h; none until it is needed
     GLuint lastName;           // shaders and programs have one name space
     std::unordered_map<GLuint, ShaderObject *> shaders;

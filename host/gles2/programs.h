@@ -29,9 +29,9 @@ LinkedProgram *linkProgram(Context *context, ProgramObject *program);
 /// Puts a program without users into the keeper, or frees it. The group's lock must be held.
 void retireLinked(ShareGroup *group, LinkedProgram *linked);
 
-/// Deletes what the group's keeper has too many of, and programs that it cannot keep. A context of the group must be
-/// current, and its lock held.
-void trimKeeper(ShareGroup *group);
+/// Deletes what the group's keeper has more of than this, and programs that it cannot keep. A context of the group must
+/// be current, and its lock held.
+void trimKeeper(ShareGroup *group, size_t kept = kKeptPrograms);
 
 /// Deletes the programs and shaders made through a context, of which nobody will know the names any more: contexts of
 /// the library above share none. What is in use or attached elsewhere goes when it is let go of. The group's lock must

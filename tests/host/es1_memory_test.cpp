@@ -82,18 +82,43 @@ TEST_F(Memory, TargetsOfDrawingOfAFrameLeaveNothing)
 }
 
 // Each makes two programs, which the backend frees with it.
-TEST_F(Memory, ContextsOfALivingShareGroupLeaveNothing)
+struct ContextMemory : Memory {
+    // Makes contexts of ES 1.1 one after the other that share with a context, which is current while they go or not.
+    void expectNothingLeft(EGLContext sharing, bool current, long contextsPerRound)
+    {
+        const auto useContext = [&] {
+            const EGLContext brief = create(1, sharing);
+            ASSERT_TRUE(makeCurrent(brief));
+            drawSquare();
+            glEnable(GL_FOG);
+            drawSquare();
+            ASSERT_TRUE(eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT));
+            ASSERT_TRUE(!current || makeCurrent(sharing));
+            ASSERT_TRUE(eglDestroyContext(display, brief));
+        };
+        EXPECT_EQ(bytesLeftPerFrame(useContext, contextsPerRound), 0);
+    }
+};
+
+TEST_F(ContextMemory, ContextsOfALivingShareGroupLeaveNothing)
 {
-    const auto useContext = [&] {
-        const EGLContext brief = create(1, context);
-        ASSERT_TRUE(makeCurrent(brief));
-        drawSquare();
-        glEnable(GL_FOG);
-        drawSquare();
-        ASSERT_TRUE(makeCurrent(context));
-        ASSERT_TRUE(eglDestroyContext(display, brief));
-    };
-    EXPECT_EQ(bytesLeftPerFrame(useContext, 35), 0);
+    expectNothingLeft(context, true, 35);
+}
+
+// Each is the last of its API in the group.
+TEST_F(ContextMemory, ContextsThatShareWithAnotherApiLeaveNothing)
+{
+    const EGLContext es2 = create(2);
+    expectNothingLeft(es2, false, 12);
+    expectNothingLeft(es2, true, 12);
+
+    // The other API still draws to its surface.
+    const auto clearColor = reinterpret_cast<decltype(&glClearColor)>(eglGetProcAddress("glClearColor"));
+    const auto clear = reinterpret_cast<decltype(&glClear)>(eglGetProcAddress("glClear"));
+    clearColor(0.0f, 1.0f, 0.0f, 1.0f);
+    clear(GL_COLOR_BUFFER_BIT);
+    ASSERT_TRUE(makeCurrent(context));
+    EXPECT_EQ(pixelAt(1, 1), (Pixel{0, 255, 0, 255}));
 }
 
 } // namespace
