@@ -17,8 +17,8 @@ struct ThreadState {
     void *label = nullptr;         // the thread's EGLLabelKHR
 };
 
-/// The calling thread's state. The initial-exec model makes it one load, since GL functions of eglGetProcAddress read it
-/// at every call. It takes a few bytes of the static block, of which libvsp, which this library needs, takes more.
+/// The calling thread's state. The initial-exec model makes it one load, since GL functions of eglGetProcAddress read
+/// it at every call. It takes a few bytes of the static block, of which libvsp, which this library needs, takes more.
 extern thread_local constinit ThreadState threadState __attribute__((tls_model("initial-exec")));
 
 /// Begins a call that may be answered here: forgets our error, and names the function for debug messages.

@@ -73,7 +73,8 @@ static GLint valueOf(const TextureLevel &level, GLenum pname)
 }
 
 // A name belongs to the one target it was first bound to; binding it elsewhere is an error and changes nothing. Name 0
-// is the two-dimensional texture that is there from the start: the library asks for it after an EGL image was given to it.
+// is the two-dimensional texture that is there from the start: the library asks for it after an EGL image was given to
+// it.
 void GL_APIENTRY glGetTexLevelParameterivQRN(GLuint texture, GLint face, GLint level, GLenum pname, GLint *params)
 {
     if (!currentContext) return;

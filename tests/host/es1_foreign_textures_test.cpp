@@ -44,10 +44,10 @@ protected:
         NAMED(glTexParameteri)(target, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
         NAMED(glPixelStorei)(GL_UNPACK_ALIGNMENT, 1);
         const bool cube = target == GL_TEXTURE_CUBE_MAP_OES;
+        const auto specify = NAMED(glTexImage2D);
         for (GLenum face = 0; face < (cube ? 6u : 1u); ++face)
-            NAMED(glTexImage2D)
-            (cube ? GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES + face : target, 0, static_cast<GLint>(upload.internalFormat), 2,
-             2, 0, upload.format, GL_UNSIGNED_BYTE, texels.data());
+            specify(cube ? GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES + face : target, 0,
+                    static_cast<GLint>(upload.internalFormat), 2, 2, 0, upload.format, GL_UNSIGNED_BYTE, texels.data());
         NAMED(glFinish)();
         EXPECT_EQ(NAMED(glGetError)(), static_cast<GLenum>(GL_NO_ERROR)) << upload.internalFormat;
     }
