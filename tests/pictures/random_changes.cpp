@@ -155,7 +155,7 @@ void changeVertices(RandomState &state, std::mt19937 &random)
         state.attenuation = random() % 3;
         return setAttenuation(state.attenuation);
     case 7:
-        state.palette = random() % 100;
+        state.palette = 1 + random() % 100;
         state.paletteUnits = 1 + random() % 4;
         return setPalette(state.palette);
     default:
