@@ -64,7 +64,7 @@ enum class UniformKind : uint8_t {
 /// One uniform location.
 struct UniformSlot {
     UniformKind kind;
-    UniformKind heldKind; // the same while `held` is what the driver has; None: the next load goes through
+    UniformKind heldKind; // the same while `held` is what the driver has; None: every load goes through
     bool isArray : 1;
     bool isSampler : 1;
     bool gathered : 1;    // a place in the array of gathered uniforms: new values wait for the next draw
