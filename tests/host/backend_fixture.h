@@ -9,6 +9,7 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <string>
+#include <vector>
 
 /// The backend's exported functions under their own names.
 struct BackendFunctions {
@@ -69,6 +70,33 @@ protected:
     BackendFunctions &gl = backend().gl;
     BackendFunctions &driver = backend().driver;
     void *context = nullptr;
+};
+
+/// A program in use, with its uniforms by name.
+class ProgramInUseTest : public BackendTest {
+protected:
+    void use(const std::string &vertex, const std::string &fragment)
+    {
+        program = makeProgram(vertex, fragment);
+        gl.glUseProgram(program);
+    }
+
+    GLint location(const std::string &name)
+    {
+        return gl.glGetUniformLocation(program, name.c_str());
+    }
+
+    /// The value of a uniform, which has so many components.
+    std::vector<GLfloat> held(const std::string &name, size_t count)
+    {
+        std::vector<GLfloat> values(count + 1, -1.0f);
+        gl.glGetUniformfv(program, location(name), values.data());
+        EXPECT_EQ(values[count], -1.0f) << "no more than the value is written";
+        values.resize(count);
+        return values;
+    }
+
+    GLuint program = 0;
 };
 
 /// Driver calls between its making and the asking.

@@ -26,27 +26,12 @@ constexpr const char *kUniformFragment =
     "+ parts[2];\n"
     "    if (flag) gl_FragColor *= 0.5;\n}\n";
 
-struct UniformTest : BackendTest {
+struct UniformTest : ProgramInUseTest {
     void SetUp() override
     {
-        BackendTest::SetUp();
-        program = makeProgram(kUniformVertex, kUniformFragment);
-        gl.glUseProgram(program);
+        ProgramInUseTest::SetUp();
+        use(kUniformVertex, kUniformFragment);
     }
-
-    GLint location(const char *name)
-    {
-        return gl.glGetUniformLocation(program, name);
-    }
-
-    std::vector<GLfloat> held(const char *name, size_t count)
-    {
-        std::vector<GLfloat> values(count);
-        gl.glGetUniformfv(program, location(name), values.data());
-        return values;
-    }
-
-    GLuint program = 0;
 };
 
 TEST_F(UniformTest, AnEqualLoadReachesTheDriverOnce)

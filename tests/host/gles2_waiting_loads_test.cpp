@@ -21,33 +21,27 @@ constexpr const char *kArraysVertex =
     "        + e[0] + e[1] + vec4(f[0] + f[1] + f[2], 0.0);\n    gl_Position = gles_Vertex;\n}\n";
 constexpr const char *kSumFragment = "varying mediump vec4 sum;\nvoid main()\n{\n    gl_FragColor = sum;\n}\n";
 
-struct WaitingLoadsTest : BackendTest {
+struct WaitingLoadsTest : ProgramInUseTest {
     void SetUp() override
     {
-        BackendTest::SetUp();
-        program = makeProgram(kArraysVertex, kSumFragment);
-        gl.glUseProgram(program);
+        ProgramInUseTest::SetUp();
+        use(kArraysVertex, kSumFragment);
     }
 
     // One element, in all components.
     void load(const std::string &element, GLfloat value)
     {
         const GLfloat values[] = {value, value, value, value};
-        const GLint location = gl.glGetUniformLocation(program, element.c_str());
         if (element[0] == 'f')
-            gl.glUniform3fv(location, 1, values);
+            gl.glUniform3fv(location(element), 1, values);
         else
-            gl.glUniform4fv(location, 1, values);
+            gl.glUniform4fv(location(element), 1, values);
     }
 
     GLfloat held(const std::string &element)
     {
-        GLfloat values[4] = {};
-        gl.glGetUniformfv(program, gl.glGetUniformLocation(program, element.c_str()), values);
-        return values[0];
+        return ProgramInUseTest::held(element, element[0] == 'f' ? 3 : 4)[0];
     }
-
-    GLuint program = 0;
 };
 
 int uniformCalls()
@@ -278,34 +272,17 @@ constexpr const char *kKindsVertex =
     "        + vec4(ones[0], ones[1], ones[2], 0.0) + vec4(threes[0] + threes[1], 0.0);\n"
     "    gl_Position = gles_Vertex;\n}\n";
 
-struct GatheredKinds : BackendTest {
+struct GatheredKinds : ProgramInUseTest {
     void SetUp() override
     {
-        BackendTest::SetUp();
-        program = makeProgram(kKindsVertex, kSumFragment);
-        gl.glUseProgram(program);
-    }
-
-    GLint location(const char *name)
-    {
-        return gl.glGetUniformLocation(program, name);
-    }
-
-    std::vector<GLfloat> held(const char *name, size_t count)
-    {
-        std::vector<GLfloat> values(count + 1, -1.0f);
-        gl.glGetUniformfv(program, location(name), values.data());
-        EXPECT_EQ(values[count], -1.0f) << "no more than the value is written";
-        values.resize(count);
-        return values;
+        ProgramInUseTest::SetUp();
+        use(kKindsVertex, kSumFragment);
     }
 
     GLenum error()
     {
         return gl.glGetError();
     }
-
-    GLuint program = 0;
 };
 
 TEST_F(GatheredKinds, AreListedAsTheTextDeclaresThem)

@@ -14,8 +14,9 @@
 struct TemporaryFolder {
     TemporaryFolder()
     {
-        // mkdtemp replaces the six letters.
-        std::string pattern = (std::filesystem::temp_directory_path() / "trl20_test.XXXXXX").string();
+        constexpr size_t kReplaced = 6; // letters X at the end, by mkdtemp
+        std::string pattern = (std::filesystem::temp_directory_path() / "trl20_test.").string();
+        pattern.append(kReplaced, 'X');
         if (!mkdtemp(pattern.data())) throw std::runtime_error("no temporary folder");
         path = pattern;
     }
