@@ -12,12 +12,15 @@ void *hEglModule = nullptr;
 #define BACKEND(name, result, arguments, visibility, group, need) result(GL_APIENTRY *name##_2_0) arguments = nullptr;
 #include "frontend/backend.def"
 
+// A row becomes: void(GL_APIENTRY *exported_glEnable)(GLenum cap), the symbol glEnable_2_0 of the same storage.
 #define BACKEND_INTERNAL(name, result, arguments)
 #define BACKEND_EXPORTED(name, result, arguments)                                                                      \
     TRL20_EXPORT result(GL_APIENTRY *exported_##name) arguments __asm__(#name "_2_0")                                  \
         __attribute__((alias("own_" #name)));
 #define BACKEND(name, result, arguments, visibility, group, need) BACKEND_##visibility(name, result, arguments)
 #include "frontend/backend.def"
+#undef BACKEND_INTERNAL
+#undef BACKEND_EXPORTED
 }
 
 // Looks one function up. A missing core function is reported under its backend name.

@@ -7,8 +7,8 @@
 
 struct GLIContext;
 
-// A row becomes: extern "C" void(GL_APIENTRY *glClear_2_0)(GLbitfield mask), hidden: under its exported name a call
-// through it would first look for its address. backend.cpp gives it that name too.
+// A row becomes: extern "C" void(GL_APIENTRY *glEnable_2_0)(GLenum cap), under the hidden symbol own_glEnable: through
+// an exported one a call would first look for its address. backend.cpp gives the exported ones their names.
 #define BACKEND(name, result, arguments, visibility, group, need)                                                      \
     extern "C" __attribute__((__visibility__("hidden"))) result(GL_APIENTRY *name##_2_0)                               \
         arguments __asm__("own_" #name);

@@ -142,7 +142,6 @@ void gliMakeCurrent(GLIContext *ctx, void *drawSurface, void *readSurface)
     ctx->viewport.width = viewport[2];
     ctx->viewport.height = viewport[3];
     // Another context of the group may have respecified a texture that is bound here.
-    ctx->derivedFor = 0;
     if (ctx->textures && ctx->textures->shareCount > 1) refreshUnitFormats(ctx);
 }
 

@@ -14,8 +14,9 @@ inline GLIContext *currentContext()
     return static_cast<GLIContext *>(os_tls_read(__gl_tls_index));
 }
 
-/// The current context for a state-keeping entry point that decides no program, or clears derivedFor itself when it
-/// does: current values, matrices, arrays, switches, bindings, draws. Null without one and in interface-only mode.
+/// The current context for a state-keeping entry point that decides no program, or whose own marks the draw follows, or
+/// which clears derivedFor itself when it decides one: current values, matrices, material, arrays, switches, bindings,
+/// draws. Null without one and in interface-only mode.
 inline GLIContext *valueContext()
 {
     GLIContext *ctx = currentContext();

@@ -12,8 +12,6 @@
 
 namespace {
 
-// The parts that many draws do without are out of line: they would make every draw save their registers.
-
 void uploadTextureUnits(const GLIContext *ctx, const ProgramLocations &locations)
 {
 #pragma GCC unroll 2
@@ -42,6 +40,7 @@ void uploadTextureUnits(const GLIContext *ctx, const ProgramLocations &locations
     glUniform4fv_2_0(locations.texEnvColorScale, kTextureUnits, scales[0]);
 }
 
+// This and other parts that most draws do without are out of line: every draw would save registers for them.
 [[gnu::noinline]] void uploadFog(const GLIContext *ctx, const ProgramLocations &locations)
 {
     const FogState &fog = ctx->fog;

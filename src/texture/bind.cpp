@@ -70,8 +70,8 @@ GL_API void GL_APIENTRY glBindTexture(GLenum target, GLuint texture)
     const uint32_t unit = ctx->current.activeUnit;
     const GLenum format = object->internalFormat[0];
     if (ctx->bindings.unitFormat[unit] != format) updateInternalFormat(ctx, target, format, 0);
-    ctx->textures->unitBoundInBackend[unit] = 1;
     if (assertThat(glBindTexture_2_0 != nullptr, "glBindTexture_2_0")) glBindTexture_2_0(target, texture);
+    ctx->textures->unitBoundInBackend[unit] = 1;
 }
 
 GL_API void GL_APIENTRY glDeleteTextures(GLsizei n, const GLuint *textures)

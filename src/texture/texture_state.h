@@ -19,7 +19,8 @@ struct TextureObject {
     GLint cropRect[4];                 // GL_TEXTURE_CROP_RECT_OES: left, bottom, width, height in texels
     uint8_t generateMipmap;            // GL_GENERATE_MIPMAP: 0 or 1
     uint8_t unnamed;                   // the name was deleted; the record lives while a context binds it
-    uint32_t bindings;                 // unit bindings of all contexts that point here
+    uint32_t bindings;                 // unit bindings of all contexts that point here; of no account for the default
+                                       // objects, which stay
     TextureObject *next;               // next record of the overflow list
 };
 

@@ -49,8 +49,8 @@ struct TransformState {
     uint32_t uniformDirty;             // TransformDirty bits and 0x8, 0x10 of the coordinate replacement; consumed by
                                        // updateTransformState, not by the draw
     uint8_t mvpForm[2];                // MvpForm of modelViewProjection for vertices of up to three components, of four
-    MvpUploadKind mvpUploadKind;       // reset when modelViewProjection changes
-    float mvpUpload[16];               // for gles_ModelViewProjectionMatrix; made by the upload that needs it
+    MvpUploadKind mvpUploadKind;       // what mvpUpload holds of the present modelViewProjection
+    float mvpUpload[16];               // for gles_ModelViewProjectionMatrix; made with the product or by the upload
     uint32_t normalMatrixStale;        // the modelview changed since normalMatrix was computed
     uint32_t normalMatrixRescaled;     // GL_RESCALE_NORMAL as normalMatrix was computed with
 };

@@ -113,14 +113,15 @@ void markPrimitive(GLIContext *ctx, GLenum mode)
     ctx->primitiveFlags = mode == GL_POINTS ? PRIMITIVE_POINTS : PRIMITIVE_LINES;
 }
 
-// The derived key and the program serve the next draw too when nothing but current values and the modelview matrix
-// changed between them, and the primitives are of the same class. Lines are derived every time: that loads their width.
+// The derived key and the program serve the next draw too when nothing that may decide them was called between (see
+// keepsProgram for what they follow), and the primitives are of the same class. Lines are derived every time: that
+// loads their width.
 uint8_t derivedMark(const GLIContext *ctx)
 {
     return ctx->primitiveFlags & PRIMITIVE_LINES ? 0 : static_cast<uint8_t>(ctx->primitiveFlags + 1);
 }
 
-// The first word of the key, which has all that matrices decide, and most of what the material does.
+// The first word of the key, which has all that the modelview matrix and the material decide by themselves.
 uint32_t generalWord(const ShaderStateBitfield &key)
 {
     uint32_t word;
@@ -131,11 +132,9 @@ uint32_t generalWord(const ShaderStateBitfield &key)
 // Follow the material or the modelview matrix where the derived key holds but for it. True when it holds altogether.
 bool followMaterial(GLIContext *ctx)
 {
-    const ShaderStateBitfield &key = ctx->key;
-    const uint32_t before = generalWord(key);
-    const uint32_t wasTwoSided = key.twoSided;
+    const uint32_t before = generalWord(ctx->key);
     deriveLighting(ctx);
-    return generalWord(key) == before && key.twoSided == wasTwoSided;
+    return generalWord(ctx->key) == before;
 }
 
 bool followModelview(GLIContext *ctx)

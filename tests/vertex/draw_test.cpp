@@ -538,6 +538,22 @@ TEST_F(Draws, AnotherMaterialIsDerivedByItselfUnlessItDecidesAnotherProgram)
     };
     EXPECT_TRUE(isLoaded("gles_LSdiffuse[0]", "{0.5, 0.5, 0.5, 1}"));
 
+    // Emission changes the scene colour alone, shininess only its mark in the lighting change word.
+    takeCalls();
+    glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, grey);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.eyeCoordinates, 0u);
+    const Calls emitted = callsOf("glUniform4fv");
+    const std::string sceneColor = "glUniform4fv(" + at("gles_LightModelProduct.sceneColor") + ", 1, {0.54";
+    EXPECT_TRUE(std::any_of(emitted.begin(), emitted.end(), [&](const std::string &call) {
+        return call.starts_with(sceneColor);
+    })) << "0.5 and 0.2 x 0.2";
+    glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 7);
+    ASSERT_NE(ctx->lighting.change, 0u);
+    drawTriangles();
+    EXPECT_EQ(ctx->lighting.change, 0u);
+    EXPECT_EQ(ctx->key.eyeCoordinates, 0u);
+
     glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, black); // GL_LIGHT1 to 7 are off, and so black
     drawTriangles();
     EXPECT_EQ(ctx->key.noDiffuse, 1u);
