@@ -23,5 +23,7 @@ inline float roundedRoot(float a)
 /// 1 / a, and 0 for a zero of either sign.
 inline float reciprocalOrZero(float a)
 {
-    return a == 0.0f ? 0.0f : 1.0f / a;
+    if (a == 0.0f) [[unlikely]]
+        return 0.0f;
+    return 1.0f / a;
 }

@@ -3,36 +3,13 @@
 
 #include "math/fp_scalar.h"
 #include "math/fp_scalar_inline.h"
-#include "math/tables.h"
+#include "math/fp_trig_inline.h"
 
 namespace {
 
-constexpr float kStepsPerDegree = 0.7111111f;   // 256 / 360
-constexpr float kRadiansPerStep = 0.024543693f; // pi / 128
 constexpr float kDegreesPerRadian = 57.295776f; // one unit in the last place below the nearest float
 constexpr float kTan15 = 0.2679492f;
 constexpr float kTan30 = 0.57735026f;
-
-// The sine at every step of a whole turn, unfolded from the quarter. The cosine is the sine a quarter further.
-struct Turn {
-    float sine[256];
-};
-
-constexpr Turn kTurn = [] {
-    Turn turn = {};
-    for (uint32_t i = 0; i < 64; ++i) {
-        turn.sine[i] = kSines[i];
-        turn.sine[64 + i] = kSines[64 - i];
-        turn.sine[128 + i] = -kSines[i];
-        turn.sine[192 + i] = -kSines[64 - i];
-    }
-    return turn;
-}();
-
-float sineOfStep(uint32_t step)
-{
-    return kTurn.sine[step & 255];
-}
 
 // The arc tangent in radians for 0..tan 15 degrees, by a quotient of polynomials. The two constants near 1.68676
 // differ in their last bits on purpose.
@@ -46,24 +23,9 @@ float smallArcTangent(float a)
 
 void fp_trigftn(float angle, float *cosine, float *sine)
 {
-    const float x = angle * kStepsPerDegree;
-
-    // The floor as an integer. From 2^31 on a float is a multiple of 256 steps, so step 0 stands for it; x - x is then
-    // 0, and NaN for an infinity or NaN, which reaches both results.
-    int32_t step = 0;
-    float floorX = x;
-    if (std::abs(x) < 0x1p31f) [[likely]] {
-        step = static_cast<int32_t>(x);
-        step -= static_cast<float>(step) > x;
-        floorX = static_cast<float>(step);
-    }
-
-    const float s = sineOfStep(static_cast<uint32_t>(step));
-    const float c = sineOfStep(static_cast<uint32_t>(step) + 64);
-    const float d = (x - floorX) * kRadiansPerStep;
-    const float h = d * d * 0.5f;
-    *sine = s + d * c - h * s;
-    *cosine = c - d * s - h * c;
+    const Column both = sineCosine(angle);
+    *sine = both[0];
+    *cosine = both[1];
 }
 
 float fp_atan(float a)

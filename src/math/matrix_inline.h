@@ -65,12 +65,19 @@ inline MatrixColumns transposed(const MatrixColumns &m)
              __builtin_shufflevector(high01, high23, 0, 1, 4, 5), __builtin_shufflevector(high01, high23, 2, 3, 6, 7)}};
 }
 
-/// One component in all four lanes. Moved as bits: of these the compiler makes one instruction without a copy before
+/// The components in another order. Moved as bits: of these the compiler makes one instruction without a copy before
 /// it.
+template <int i0, int i1, int i2, int i3>
+inline Column swizzled(Column v)
+{
+    return (Column)__builtin_shufflevector((ColumnBits)v, (ColumnBits)v, i0, i1, i2, i3);
+}
+
+/// One component in all four lanes.
 template <int component>
 inline Column broadcast(Column v)
 {
-    return (Column)__builtin_shufflevector((ColumnBits)v, (ColumnBits)v, component, component, component, component);
+    return swizzled<component, component, component, component>(v);
 }
 
 /// Columns 0 to 2 weighted by v, added in order. Row by row these are also the sums of _fp_matrix_rowdot3: it adds the
@@ -92,15 +99,22 @@ inline MatrixColumns generalProduct(const MatrixColumns &left, const MatrixColum
              combineFour(left, right.c[3])}};
 }
 
+/// The first three rows of three columns and of a translation, above the row (0, 0, 0, 1).
+inline MatrixColumns affine(const MatrixColumns &m, Column translation)
+{
+    constexpr Column kZero = {0.0f, 0.0f, 0.0f, 0.0f};
+    return {{firstThree(m.c[0], kZero), firstThree(m.c[1], kZero), firstThree(m.c[2], kZero),
+             firstThree(translation, Column{0.0f, 0.0f, 0.0f, 1.0f})}};
+}
+
 /// The product of two matrices with row 3 = (0, 0, 0, 1), whatever that row holds. The two forms of product differ in
 /// how they reach the translation.
 inline MatrixColumns affineProduct(const MatrixColumns &left, const MatrixColumns &right, Column translation)
 {
-    MatrixColumns out;
+    MatrixColumns out = {};
     for (uint32_t j = 0; j < 3; ++j)
-        out.c[j] = firstThree(combineThree(left, right.c[j]), Column{0.0f, 0.0f, 0.0f, 0.0f});
-    out.c[3] = firstThree(translation, Column{0.0f, 0.0f, 0.0f, 1.0f});
-    return out;
+        out.c[j] = combineThree(left, right.c[j]);
+    return affine(out, translation);
 }
 
 /// Row of a matrix times a 3-vector; p points to the row's first element.

@@ -5,11 +5,13 @@
 #include "frontend/current.h"
 #include "frontend/error.h"
 #include "math/fp_matrix.h"
+#include "math/matrix_commands.h"
 
 namespace {
 
-constexpr uint32_t kStackCapacity[STACK_PALETTE] = {kModelviewDepth, kProjectionDepth, kTextureMatrixDepth,
-                                                    kTextureMatrixDepth};
+// Entries above the bottom one, at most. None for the palette, which is never pushed.
+constexpr uint32_t kStackRoom[STACK_COUNT] = {kModelviewDepth - 1, kProjectionDepth - 1, kTextureMatrixDepth - 1,
+                                              kTextureMatrixDepth - 1, 0};
 constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM, DIRTY_TEXTURE_MATRIX0,
                                                DIRTY_TEXTURE_MATRIX1, DIRTY_PALETTE};
 
@@ -29,26 +31,28 @@ constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM,
 }
 
 // Marks everything that depends on a stack after its current entry changed.
-void notifyChange(GLIContext *ctx)
+void notifyChange(GLIContext *ctx, uint32_t stack)
 {
-    const uint32_t stack = ctx->transform.currentStack;
     if (stack != STACK_MODELVIEW) [[unlikely]]
         return notifyOtherChange(ctx, stack);
     ctx->dirty |= DIRTY_TRANSFORM;
     ctx->transform.uniformDirty |= DIRTY_TRANSFORM;
 }
 
-MatrixRecord *currentMatrix(GLIContext *ctx)
+// Keeps a command's arguments in one register while the context is read, instead of three or four: without this the
+// compiler packs them afterwards.
+void keepPacked(Column &arguments)
 {
-    return ctx->transform.top[ctx->transform.currentStack];
+    asm("" : "+m"(arguments));
 }
 
 // top = top x factor. The class word of a product carries no other flags.
 void multiplyTop(GLIContext *ctx, const MatrixRecord &factor, uint32_t factorClass)
 {
-    MatrixRecord *top = currentMatrix(ctx);
+    const uint32_t stack = ctx->transform.currentStack;
+    MatrixRecord *top = ctx->transform.top[stack];
     top->flags = fp_matrix_postmul(top->f, factor.f, top->flags, factorClass) | MATRIX_FLOAT;
-    notifyChange(ctx);
+    notifyChange(ctx, stack);
 }
 
 void initStack(TransformState &transform, MatrixStack stack, MatrixRecord *bottom)
@@ -126,8 +130,7 @@ GL_API void GL_APIENTRY glPushMatrix(void)
     if (!ctx) return;
     TransformState &transform = ctx->transform;
     const uint32_t stack = transform.currentStack;
-    if (stack == STACK_PALETTE || transform.depth[stack] == kStackCapacity[stack] - 1)
-        return __glSetError(GL_STACK_OVERFLOW);
+    if (transform.depth[stack] == kStackRoom[stack]) return __glSetError(GL_STACK_OVERFLOW);
 
     transform.top[stack][1] = transform.top[stack][0];
     ++transform.top[stack];
@@ -140,11 +143,11 @@ GL_API void GL_APIENTRY glPopMatrix(void)
     if (!ctx) return;
     TransformState &transform = ctx->transform;
     const uint32_t stack = transform.currentStack;
-    if (stack == STACK_PALETTE || transform.depth[stack] == 0) return __glSetError(GL_STACK_UNDERFLOW);
+    if (transform.depth[stack] == 0) return __glSetError(GL_STACK_UNDERFLOW);
 
     --transform.top[stack];
     --transform.depth[stack];
-    notifyChange(ctx);
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glLoadIdentity(void)
@@ -152,8 +155,9 @@ GL_API void GL_APIENTRY glLoadIdentity(void)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    matrixfSetIdentity(currentMatrix(ctx));
-    notifyChange(ctx);
+    const uint32_t stack = ctx->transform.currentStack;
+    matrixfSetIdentity(ctx->transform.top[stack]);
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glLoadMatrixf(const GLfloat *m)
@@ -161,8 +165,9 @@ GL_API void GL_APIENTRY glLoadMatrixf(const GLfloat *m)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    matrixfLoad(m, currentMatrix(ctx));
-    notifyChange(ctx);
+    const uint32_t stack = ctx->transform.currentStack;
+    matrixfLoad(m, ctx->transform.top[stack]);
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glLoadMatrixx(const GLfixed *m)
@@ -170,10 +175,11 @@ GL_API void GL_APIENTRY glLoadMatrixx(const GLfixed *m)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    MatrixRecord *top = currentMatrix(ctx);
+    const uint32_t stack = ctx->transform.currentStack;
+    MatrixRecord *top = ctx->transform.top[stack];
     matrixxLoad(m, top);
     matrixxToMatrixf_4(top, top);
-    notifyChange(ctx);
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glMultMatrixf(const GLfloat *m)
@@ -199,22 +205,28 @@ GL_API void GL_APIENTRY glMultMatrixx(const GLfixed *m)
 
 GL_API void GL_APIENTRY glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z)
 {
+    Column axisAndAngle = {x, y, z, angle};
+    keepPacked(axisAndAngle);
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    MatrixRecord rotation;
-    fp_matrix_build_rotate(rotation.f, angle, x, y, z);
-    multiplyTop(ctx, rotation, MATRIX_TRANSROT);
+    const uint32_t stack = ctx->transform.currentStack;
+    MatrixRecord *top = ctx->transform.top[stack];
+    top->flags = rotateMatrix(top->f, axisAndAngle, top->flags) | MATRIX_FLOAT;
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glTranslatef(GLfloat x, GLfloat y, GLfloat z)
 {
+    Column v = {x, y, z, z};
+    keepPacked(v);
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    MatrixRecord *top = currentMatrix(ctx);
-    top->flags = fp_matrix_translate(top->f, x, y, z, top->flags) | MATRIX_FLOAT;
-    notifyChange(ctx);
+    const uint32_t stack = ctx->transform.currentStack;
+    MatrixRecord *top = ctx->transform.top[stack];
+    top->flags = translateMatrix(top->f, v, top->flags) | MATRIX_FLOAT;
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glScalef(GLfloat x, GLfloat y, GLfloat z)
@@ -222,10 +234,11 @@ GL_API void GL_APIENTRY glScalef(GLfloat x, GLfloat y, GLfloat z)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    MatrixRecord *top = currentMatrix(ctx);
+    const uint32_t stack = ctx->transform.currentStack;
+    MatrixRecord *top = ctx->transform.top[stack];
     const uint32_t unrotated = top->flags & MATRIX_UNROTATED;
     top->flags = fp_matrix_scale(top->f, x, y, z, top->flags) | MATRIX_FLOAT | unrotated;
-    notifyChange(ctx);
+    notifyChange(ctx, stack);
 }
 
 GL_API void GL_APIENTRY glOrthof(GLfloat l, GLfloat r, GLfloat b, GLfloat t, GLfloat n, GLfloat f)

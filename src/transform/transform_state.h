@@ -27,7 +27,7 @@ enum TransformDirty : uint32_t {
 };
 
 /// What TransformState::mvpUpload holds.
-enum MvpUploadKind : uint32_t {
+enum MvpUploadKind : uint16_t {
     MVP_UPLOAD_STALE = 0,           // nothing of the present product
     MVP_UPLOAD_TRANSPOSED = 1,      // 16 floats: its transpose
     MVP_UPLOAD_SCALE_TRANSLATE = 2, // 8 floats: its diagonal, then its translation and 0
@@ -37,7 +37,7 @@ struct TransformState {
     MatrixRecord modelview[kModelviewDepth]; // entry 0 is the bottom; every entry is float
     MatrixRecord projection[kProjectionDepth];
     MatrixRecord texture[kTextureUnits][kTextureMatrixDepth];
-    uint32_t depth[STACK_COUNT];       // entries above the bottom one; the palette's word is never read
+    uint32_t depth[STACK_COUNT];       // entries above the bottom one; 0 for the palette
     MatrixRecord *top[STACK_COUNT];    // current entry; for the palette the current palette matrix
     uint32_t currentStack;             // MatrixStack that commands act on
     GLenum matrixMode;                 // as last accepted by glMatrixMode

@@ -3,6 +3,7 @@
 
 #include "math/fp_matrix.h"
 #include "math/fp_trig.h"
+#include "math/matrix_commands.h"
 #include "math/plain_matrix.h"
 
 using namespace expected;
@@ -171,6 +172,22 @@ TEST(MatrixRotate, FollowsTheRuleToTheBit)
         Matrix out;
         fp_matrix_build_rotate(out.data(), angle, x, y, z);
         expectSame(out, expectedRotation(angle, x, y, z), "rotate");
+    }
+}
+
+TEST(MatrixRotate, ARotatedMatrixIsTheProductWithThatRotation)
+{
+    Random random(17);
+    std::uniform_real_distribution<float> angles(-720.0f, 720.0f);
+    for (int round = 0; round < 4000; ++round) {
+        const Matrix m = round % 2 ? affineMatrix(random) : anyMatrix(random);
+        const float angle = angles(random), x = anyFloat(random), y = anyFloat(random), z = anyFloat(random);
+        const Matrix rotation = expectedRotation(angle, x, y, z);
+        for (uint32_t matrixClass : kClasses) {
+            Matrix out = m;
+            ASSERT_EQ(rotateMatrix(out.data(), Column{x, y, z, angle}, matrixClass | 0x30), std::min(matrixClass, 4u));
+            expectSame(out, productByRows(m, rotation, matrixClass != 0), "rotated");
+        }
     }
 }
 
