@@ -174,12 +174,13 @@ uint8_t dumpFlags(const PanelSettings &settings)
     return flags;
 }
 
-void dumpDraw(const GLIContext *ctx)
+[[gnu::noinline]] void dumpDraw(const GLIContext *ctx)
 {
     if (ctx->settings.dumps & DUMP_STATE) dumpStateInfo(&ctx->key);
 }
 
-void dumpDrawElements(const GLIContext *ctx, GLenum mode, GLsizei count, GLenum type, const void *indices)
+[[gnu::noinline]] void dumpDrawElements(const GLIContext *ctx, GLenum mode, GLsizei count, GLenum type,
+                                        const void *indices)
 {
     dumpDraw(ctx);
     if (!(ctx->settings.dumps & DUMP_ELEMENTS)) return;

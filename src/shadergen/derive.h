@@ -13,6 +13,9 @@ void deriveShaderState(GLIContext *ctx);
 void deriveLighting(GLIContext *ctx);
 
 /// Last step of deriveShaderState: the modelview-projection and normal matrices, or the palette's upload arrays, and
-/// the key fields orthogonalTransform, mvpForm and vertexUnits. Enough where only the modelview matrix changed since
-/// the last derivation.
+/// the key fields orthogonalTransform, mvpForm and vertexUnits.
 void updateTransformState(GLIContext *ctx);
+
+/// The same where only the modelview matrix changed since the last derivation, and the key is kept: false when another
+/// one is needed, or may be, and everything has to be derived.
+bool followModelview(GLIContext *ctx);

@@ -35,51 +35,68 @@ void computeNormalMatrix(const MatrixRecord &modelview, bool rescale, float out[
         out[i] *= factor;
 }
 
-// The forms of a product for vertices of up to three components and of four.
-void classifyProduct(TransformState &transform)
+// Most products are loaded transposed: made while the product is at hand.
+[[gnu::always_inline]] inline void keepTransposed(TransformState &transform, const MatrixColumns &product)
 {
-    if (transform.modelViewProjection.f[11] != 0.0f) { // a perspective: row 3 counts, and no mask has to tell it
-        transform.mvpForm[0] = transform.mvpForm[1] = MVP_GENERAL;
-        return;
-    }
+    storeColumns(transform.mvpUpload, transposed(product));
+    transform.mvpUploadKind = MVP_UPLOAD_TRANSPOSED;
+}
+
+[[gnu::noinline]] void followAffineProduct(TransformState &transform)
+{
     const uint32_t mask = getMatrixZeroOneMask(&transform.modelViewProjection);
     const uint32_t rows = signicantRows(mask); // 0 for the identity
     const bool scaleTranslate = rows != 0 && (mask & kMaskScaleTranslate) == kMaskScaleTranslate;
     transform.mvpForm[0] = static_cast<uint8_t>(scaleTranslate ? MVP_SCALE_TRANSLATE : rows);
     transform.mvpForm[1] = static_cast<uint8_t>(rows); // w need not be 1
-}
-
-// What follows from a new product while it is at hand.
-[[gnu::always_inline]] inline void followProduct(TransformState &transform, const MatrixColumns &product)
-{
-    classifyProduct(transform);
-    transform.mvpUploadKind = MVP_UPLOAD_STALE;
-    if (transform.mvpForm[0] != MVP_SCALE_TRANSLATE) { // most are loaded transposed
-        storeColumns(transform.mvpUpload, transposed(product));
-        transform.mvpUploadKind = MVP_UPLOAD_TRANSPOSED;
+    if (scaleTranslate) {
+        transform.mvpUploadKind = MVP_UPLOAD_STALE;
+    } else {
+        keepTransposed(transform, loadColumns(transform.modelViewProjection.f));
     }
 }
 
-// These three run after a change only. Out of line, they leave the unchanged draw without registers to save.
-[[gnu::noinline]] void updateModelViewProjection(TransformState &transform)
+// What follows from a new product: its forms for vertices of up to three components and of four, and what is loaded.
+[[gnu::always_inline]] inline void followProduct(TransformState &transform, const MatrixColumns &product)
+{
+    if (broadcast<3>(product.c[2])[0] == 0.0f) return followAffineProduct(transform);
+    // A perspective: row 3 counts, and no mask has to tell it.
+    transform.mvpForm[0] = transform.mvpForm[1] = MVP_GENERAL;
+    keepTransposed(transform, product);
+}
+
+void assertFloatMatrices(const TransformState &transform)
+{
+    assertThat(transform.top[STACK_PROJECTION]->flags & MATRIX_FLOAT, "float projection matrix");
+    assertThat(transform.top[STACK_MODELVIEW]->flags & MATRIX_FLOAT, "float modelview matrix");
+}
+
+// Of an affine projection or an identity, which are rarer.
+[[gnu::noinline]] void updateOtherProduct(TransformState &transform)
+{
+    MatrixRecord &out = transform.modelViewProjection;
+    matrixMultiply(transform.top[STACK_PROJECTION], transform.top[STACK_MODELVIEW], &out);
+    followProduct(transform, loadColumns(out.f));
+}
+
+[[gnu::always_inline]] inline void updateModelViewProjection(TransformState &transform)
 {
     const MatrixRecord &projection = *transform.top[STACK_PROJECTION];
     const MatrixRecord &modelview = *transform.top[STACK_MODELVIEW];
-    MatrixRecord &out = transform.modelViewProjection;
     const bool general = (projection.flags & kMatrixClassBits) == MATRIX_GENERAL;
     if (general && !(modelview.flags & MATRIX_IDENTITY)) [[likely]] { // as matrixMultiply does, in registers
         const MatrixColumns product = generalProduct(loadColumns(projection.f), loadColumns(modelview.f));
-        storeColumns(out.f, product);
-        out.flags = MATRIX_FLOAT | MATRIX_GENERAL;
+        storeColumns(transform.modelViewProjection.f, product);
+        transform.modelViewProjection.flags = MATRIX_FLOAT | MATRIX_GENERAL;
         followProduct(transform, product);
     } else {
-        matrixMultiply(&projection, &modelview, &out);
-        followProduct(transform, loadColumns(out.f));
+        updateOtherProduct(transform);
     }
     transform.normalMatrixStale = 1;
     transform.uniformDirty &= ~static_cast<uint32_t>(DIRTY_TRANSFORM);
 }
 
+// Out of line, like the palette's part: most draws do without.
 [[gnu::noinline]] void updateNormalMatrix(GLIContext *ctx)
 {
     TransformState &transform = ctx->transform;
@@ -93,6 +110,23 @@ void classifyProduct(TransformState &transform)
 bool wantsObjectSpaceLights(const ShaderStateBitfield &key)
 {
     return key.lighting && key.directionalLight && key.noTexGen;
+}
+
+uint32_t keepsLightsInObjectSpace(const GLIContext *ctx)
+{
+    return wantsObjectSpaceLights(ctx->key) && isMatrixOrthogonal(ctx->transform.top[STACK_MODELVIEW]);
+}
+
+uint32_t mvpForm(const GLIContext *ctx)
+{
+    return ctx->transform.mvpForm[ctx->arrays.vertex.size >= 4];
+}
+
+// The rest of followModelview where lights, texture generation, clip planes or point sizes need eye coordinates.
+[[gnu::noinline]] bool followEyeCoordinates(GLIContext *ctx)
+{
+    updateNormalMatrix(ctx);
+    return ctx->key.orthogonalTransform == keepsLightsInObjectSpace(ctx);
 }
 
 // Brings the upload arrays of the marked matrices up to date.
@@ -133,9 +167,7 @@ void updatePaletteUploads(GLIContext *ctx)
 void updateTransformState(GLIContext *ctx)
 {
     TransformState &transform = ctx->transform;
-    const MatrixRecord &modelview = *transform.top[STACK_MODELVIEW];
-    assertThat(transform.top[STACK_PROJECTION]->flags & MATRIX_FLOAT, "float projection matrix");
-    assertThat(modelview.flags & MATRIX_FLOAT, "float modelview matrix");
+    assertFloatMatrices(transform);
     if (transform.uniformDirty & DIRTY_TRANSFORM) updateModelViewProjection(transform);
 
     ShaderStateBitfield &key = ctx->key;
@@ -144,7 +176,16 @@ void updateTransformState(GLIContext *ctx)
     if (key.eyeCoordinates &&
         (transform.normalMatrixStale || transform.normalMatrixRescaled != ctx->enables.rescaleNormal))
         updateNormalMatrix(ctx);
-    key.orthogonalTransform = wantsObjectSpaceLights(key) && isMatrixOrthogonal(&modelview);
-    key.mvpForm = transform.mvpForm[ctx->arrays.vertex.size >= 4] & 7;
+    key.orthogonalTransform = keepsLightsInObjectSpace(ctx);
+    key.mvpForm = mvpForm(ctx) & 7;
     key.vertexUnits = 0;
+}
+
+bool followModelview(GLIContext *ctx)
+{
+    assertFloatMatrices(ctx->transform);
+    updateModelViewProjection(ctx->transform);
+    const ShaderStateBitfield &key = ctx->key;
+    if (key.mvpForm != mvpForm(ctx) || key.matrixPalette) return false;
+    return !key.eyeCoordinates || followEyeCoordinates(ctx);
 }

@@ -76,12 +76,13 @@ void uploadModelViewProjection(GLIContext *ctx, const ProgramLocations &location
 {
     TransformState &transform = ctx->transform;
     const uint32_t form = ctx->key.mvpForm;
-    if (form == MVP_SCALE_TRANSLATE) {
+    if (form <= MVP_GENERAL) [[likely]] {
+        if (transform.mvpUploadKind != MVP_UPLOAD_TRANSPOSED) [[unlikely]]
+            makeMvpUpload(transform, MVP_UPLOAD_TRANSPOSED);
+        glUniformMatrix4fv_2_0(locations.modelViewProjectionMatrix, 1, GL_FALSE, transform.mvpUpload);
+    } else if (assertThat(form == MVP_SCALE_TRANSLATE, "form of the modelview-projection matrix")) {
         if (transform.mvpUploadKind != MVP_UPLOAD_SCALE_TRANSLATE) makeMvpUpload(transform, MVP_UPLOAD_SCALE_TRANSLATE);
         glUniform4fv_2_0(locations.modelViewProjectionMatrix, 2, transform.mvpUpload);
-    } else if (assertThat(form <= MVP_GENERAL, "form of the modelview-projection matrix")) {
-        if (transform.mvpUploadKind != MVP_UPLOAD_TRANSPOSED) makeMvpUpload(transform, MVP_UPLOAD_TRANSPOSED);
-        glUniformMatrix4fv_2_0(locations.modelViewProjectionMatrix, 1, GL_FALSE, transform.mvpUpload);
     }
 }
 

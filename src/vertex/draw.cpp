@@ -114,14 +114,13 @@ void markPrimitive(GLIContext *ctx, GLenum mode)
 }
 
 // The derived key and the program serve the next draw too when nothing that may decide them was called between (see
-// keepsProgram for what they follow), and the primitives are of the same class. Lines are derived every time: that
-// loads their width.
+// keepsProgram for what they follow), and the primitives are of the same class.
 uint8_t derivedMark(const GLIContext *ctx)
 {
-    return ctx->primitiveFlags & PRIMITIVE_LINES ? 0 : static_cast<uint8_t>(ctx->primitiveFlags + 1);
+    return static_cast<uint8_t>(ctx->primitiveFlags + 1);
 }
 
-// The first word of the key, which has all that the modelview matrix and the material decide by themselves.
+// The first word of the key, which has all that the material decides by itself.
 uint32_t generalWord(const ShaderStateBitfield &key)
 {
     uint32_t word;
@@ -129,18 +128,11 @@ uint32_t generalWord(const ShaderStateBitfield &key)
     return word;
 }
 
-// Follow the material or the modelview matrix where the derived key holds but for it. True when it holds altogether.
+// Follows the material where the derived key holds but for it. True when it holds altogether.
 bool followMaterial(GLIContext *ctx)
 {
     const uint32_t before = generalWord(ctx->key);
     deriveLighting(ctx);
-    return generalWord(ctx->key) == before;
-}
-
-bool followModelview(GLIContext *ctx)
-{
-    const uint32_t before = generalWord(ctx->key);
-    updateTransformState(ctx);
     return generalWord(ctx->key) == before;
 }
 
@@ -155,13 +147,14 @@ bool keepsProgram(GLIContext *ctx)
 
 // Derives everything and selects the program; false when there is none. Out of line: most draws go on with the last
 // one's.
-[[gnu::noinline]] bool findProgram(GLIContext *ctx, uint8_t mark)
+[[gnu::noinline]] bool findProgram(GLIContext *ctx)
 {
     ctx->derivedFor = 0; // until there is a program: a failed draw leaves nothing to go on from
     deriveShaderState(ctx);
     gliSetShaderProgram(ctx);
     if (!ctx->currentEntry || ctx->currentEntry->program == 0) return false;
-    ctx->derivedFor = mark;
+    // Lines are derived every time: that loads their width.
+    if (!(ctx->primitiveFlags & PRIMITIVE_LINES)) ctx->derivedFor = derivedMark(ctx);
     return true;
 }
 
@@ -173,7 +166,11 @@ void finishDraw(GLIContext *ctx)
 
 } // namespace
 
-uint32_t validateShadowState(GLIContext *ctx)
+namespace {
+
+// Part of each draw call rather than a call of its own, as are the functions that it calls: what a draw reads again and
+// again stays in registers.
+[[gnu::always_inline]] inline uint32_t validate(GLIContext *ctx)
 {
     if (ctx->key.matrixPalette) {
         // OES_matrix_palette: a vertex without weights or indices has no position. Blending no matrix gives none
@@ -181,10 +178,9 @@ uint32_t validateShadowState(GLIContext *ctx)
         if (!ctx->arrays.matrixIndex.enabled || !ctx->arrays.weight.enabled) return 0;
         if (paletteUnits(ctx) == 0) return 0;
     }
-    const uint8_t mark = derivedMark(ctx);
-    if (ctx->derivedFor != 0 && ctx->derivedFor == mark && keepsProgram(ctx)) {
+    if (ctx->derivedFor == derivedMark(ctx) && keepsProgram(ctx)) [[likely]] {
         ++ctx->shaderCache->hitCount;
-    } else if (!findProgram(ctx, mark)) {
+    } else if (!findProgram(ctx)) {
         return 0;
     }
 
@@ -194,6 +190,13 @@ uint32_t validateShadowState(GLIContext *ctx)
     if (ctx->key.matrixPalette) bindPaletteInputs(ctx);
     if (ctx->key.lighting) uploadLightUniforms(ctx);
     return 1;
+}
+
+} // namespace
+
+uint32_t validateShadowState(GLIContext *ctx)
+{
+    return validate(ctx);
 }
 
 void setVariableAttributes(GLIContext *ctx)
@@ -219,13 +222,13 @@ void bindPaletteInputs(GLIContext *ctx)
     glUniformMatrix3fv_2_0(locations.paletteInverseMatrices, kPaletteMatrices, GL_FALSE, ctx->palette.normalUpload[0]);
 }
 
-GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
+[[gnu::flatten]] GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
 {
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
-    if (validateShadowState(ctx)) {
+    if (validate(ctx)) {
         if (ctx->settings.dumps) [[unlikely]]
             dumpDraw(ctx);
         if (assertThat(glDrawArrays_2_0 != nullptr, "glDrawArrays_2_0")) glDrawArrays_2_0(mode, first, count);
@@ -233,13 +236,13 @@ GL_API void GL_APIENTRY glDrawArrays(GLenum mode, GLint first, GLsizei count)
     finishDraw(ctx);
 }
 
-GL_API void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void *indices)
+[[gnu::flatten]] GL_API void GL_APIENTRY glDrawElements(GLenum mode, GLsizei count, GLenum type, const void *indices)
 {
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
     markPrimitive(ctx, mode);
-    if (validateShadowState(ctx)) {
+    if (validate(ctx)) {
         if (ctx->settings.dumps) [[unlikely]]
             dumpDrawElements(ctx, mode, count, type, indices);
         if (assertThat(glDrawElements_2_0 != nullptr, "glDrawElements_2_0"))

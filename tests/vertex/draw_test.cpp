@@ -515,6 +515,58 @@ TEST_F(Draws, DrawsThatShareTheirStateDeriveItOnce)
     EXPECT_EQ(ctx->key.pointSize, 0u);
 }
 
+TEST_F(Draws, AnotherModelviewMatrixIsFollowedUnlessItDecidesAnotherProgram)
+{
+    glMatrixMode(GL_PROJECTION);
+    glFrustumf(-1, 1, -1, 1, 1, 10);
+    glMatrixMode(GL_MODELVIEW);
+    glEnable(GL_LIGHTING);
+    for (GLenum light = GL_LIGHT0; light <= GL_LIGHT7; ++light) // all directional
+        glEnable(light);
+    drawTriangles();
+    const ShaderProgramEntry *rigid = ctx->currentEntry;
+    ASSERT_EQ(ctx->key.orthogonalTransform, 1u);
+
+    ctx->key.packedTexCoords = 1; // noticed only by a derivation as a whole
+    glRotatef(90, 0, 0, 1);
+    takeCalls();
+    drawTriangles();
+    EXPECT_EQ(ctx->key.packedTexCoords, 1u);
+    EXPECT_EQ(ctx->currentEntry, rigid);
+    EXPECT_EQ(callsOf("glUniformMatrix3fv").size(), 1u);
+    EXPECT_NEAR(ctx->transform.normalMatrix[1], 1.0f, 1e-5f);
+
+    glScalef(1, 2, 1); // lights no longer fit into object space
+    drawTriangles();
+    EXPECT_EQ(ctx->key.packedTexCoords, 0u);
+    EXPECT_EQ(ctx->key.orthogonalTransform, 0u);
+    EXPECT_NE(ctx->currentEntry, rigid);
+    EXPECT_NEAR(ctx->transform.normalMatrix[3], -0.5f, 1e-5f);
+
+    glLoadIdentity();
+    drawTriangles();
+    EXPECT_EQ(ctx->key.orthogonalTransform, 1u);
+    EXPECT_EQ(ctx->currentEntry, rigid);
+}
+
+TEST_F(Draws, TheFormOfTheMatrixFollowsTheSizeOfTheVertices)
+{
+    static const GLfloat vertices[12] = {};
+    glTranslatef(1, 2, 3);
+    glVertexPointer(3, GL_FLOAT, 0, vertices);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.mvpForm, uint32_t(MVP_SCALE_TRANSLATE));
+    glVertexPointer(4, GL_FLOAT, 0, vertices);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.mvpForm, 3u);
+    glTranslatef(1, 2, 3);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.mvpForm, 3u);
+    glVertexPointer(3, GL_FLOAT, 0, vertices);
+    drawTriangles();
+    EXPECT_EQ(ctx->key.mvpForm, uint32_t(MVP_SCALE_TRANSLATE));
+}
+
 TEST_F(Draws, AnotherMaterialIsDerivedByItselfUnlessItDecidesAnotherProgram)
 {
     const GLfloat grey[] = {0.5f, 0.5f, 0.5f, 1};
