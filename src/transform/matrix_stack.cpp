@@ -39,9 +39,9 @@ void notifyChange(GLIContext *ctx, uint32_t stack)
     ctx->transform.uniformDirty |= DIRTY_TRANSFORM;
 }
 
-// Keeps a command's arguments in one register while the context is read, instead of three or four: without this the
-// compiler packs them afterwards.
-void keepPacked(Column &arguments)
+// Lets a command's arguments wait in memory, as one vector, while the context is read: registers that survive that call
+// would have to be saved and restored, one for each.
+void waitInMemory(Column &arguments)
 {
     asm("" : "+m"(arguments));
 }
@@ -53,6 +53,27 @@ void multiplyTop(GLIContext *ctx, const MatrixRecord &factor, uint32_t factorCla
     MatrixRecord *top = ctx->transform.top[stack];
     top->flags = fp_matrix_postmul(top->f, factor.f, top->flags, factorClass) | MATRIX_FLOAT;
     notifyChange(ctx, stack);
+}
+
+// False for a full stack. The callers give the most frequent stack as a constant.
+[[gnu::always_inline]] inline bool push(TransformState &transform, uint32_t stack)
+{
+    if (transform.depth[stack] == kStackRoom[stack]) return false;
+    transform.top[stack][1] = transform.top[stack][0];
+    ++transform.top[stack];
+    ++transform.depth[stack];
+    return true;
+}
+
+// False for a stack of one entry.
+[[gnu::always_inline]] inline bool pop(GLIContext *ctx, uint32_t stack)
+{
+    TransformState &transform = ctx->transform;
+    if (transform.depth[stack] == 0) return false;
+    --transform.top[stack];
+    --transform.depth[stack];
+    notifyChange(ctx, stack);
+    return true;
 }
 
 void initStack(TransformState &transform, MatrixStack stack, MatrixRecord *bottom)
@@ -128,26 +149,18 @@ GL_API void GL_APIENTRY glPushMatrix(void)
 {
     GLIContext *ctx = valueContext();
     if (!ctx) return;
-    TransformState &transform = ctx->transform;
-    const uint32_t stack = transform.currentStack;
-    if (transform.depth[stack] == kStackRoom[stack]) return __glSetError(GL_STACK_OVERFLOW);
-
-    transform.top[stack][1] = transform.top[stack][0];
-    ++transform.top[stack];
-    ++transform.depth[stack];
+    const uint32_t stack = ctx->transform.currentStack;
+    const bool pushed = stack == STACK_MODELVIEW ? push(ctx->transform, STACK_MODELVIEW) : push(ctx->transform, stack);
+    if (!pushed) __glSetError(GL_STACK_OVERFLOW);
 }
 
 GL_API void GL_APIENTRY glPopMatrix(void)
 {
     GLIContext *ctx = valueContext();
     if (!ctx) return;
-    TransformState &transform = ctx->transform;
-    const uint32_t stack = transform.currentStack;
-    if (transform.depth[stack] == 0) return __glSetError(GL_STACK_UNDERFLOW);
-
-    --transform.top[stack];
-    --transform.depth[stack];
-    notifyChange(ctx, stack);
+    const uint32_t stack = ctx->transform.currentStack;
+    const bool popped = stack == STACK_MODELVIEW ? pop(ctx, STACK_MODELVIEW) : pop(ctx, stack);
+    if (!popped) __glSetError(GL_STACK_UNDERFLOW);
 }
 
 GL_API void GL_APIENTRY glLoadIdentity(void)
@@ -206,7 +219,7 @@ GL_API void GL_APIENTRY glMultMatrixx(const GLfixed *m)
 GL_API void GL_APIENTRY glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z)
 {
     Column axisAndAngle = {x, y, z, angle};
-    keepPacked(axisAndAngle);
+    waitInMemory(axisAndAngle);
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
@@ -219,7 +232,7 @@ GL_API void GL_APIENTRY glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z
 GL_API void GL_APIENTRY glTranslatef(GLfloat x, GLfloat y, GLfloat z)
 {
     Column v = {x, y, z, z};
-    keepPacked(v);
+    waitInMemory(v);
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 

@@ -172,16 +172,16 @@ namespace {
 // again stays in registers.
 [[gnu::always_inline]] inline uint32_t validate(GLIContext *ctx)
 {
-    if (ctx->key.matrixPalette) {
+    if (ctx->key.matrixPalette) [[unlikely]] {
         // OES_matrix_palette: a vertex without weights or indices has no position. Blending no matrix gives none
         // either.
         if (!ctx->arrays.matrixIndex.enabled || !ctx->arrays.weight.enabled) return 0;
         if (paletteUnits(ctx) == 0) return 0;
     }
-    if (ctx->derivedFor == derivedMark(ctx) && keepsProgram(ctx)) [[likely]] {
+    if (ctx->derivedFor != derivedMark(ctx) || !keepsProgram(ctx)) [[unlikely]] {
+        if (!findProgram(ctx)) return 0;
+    } else {
         ++ctx->shaderCache->hitCount;
-    } else if (!findProgram(ctx)) {
-        return 0;
     }
 
     uploadDrawUniforms(ctx);
