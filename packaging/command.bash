@@ -8,6 +8,9 @@ fail() { # MESSAGE [STATUS]
     exit "${2:-1}"
 }
 
+# What the program is to be given before its own libraries: nothing, or a library that follows the current API.
+preload=
+
 # Sets force, program and arguments from the command line.
 read_program() { # run|explain [--force] PROGRAM ARGS
     local command=$1
@@ -73,7 +76,7 @@ check_program() { # FOLDER: of the libraries
     fi
     needed=$(LD_LIBRARY_PATH=$(library_path "$1") ldd "$program" 2>/dev/null) || needed=
     case $needed in
-    *" => $1/names/libEGL.so.1 "* | *" => $1/names/libGLESv1_CM.so.1 "*) warn_of_both "$needed" ;;
+    *" => $1/names/libEGL.so.1 "* | *" => $1/names/libGLESv1_CM.so.1 "*) serve_both "$needed" ;;
     *libEGL.so* | *libGLESv1_CM.so*)
         fail "$program finds a libEGL of its own and would not use trl20 (run --force runs it all the same)" 2
         ;;
@@ -88,13 +91,13 @@ check_program() { # FOLDER: of the libraries
     esac
 }
 
-# OpenGL ES 1.1 and 2.0 have many names in common. The dynamic linker takes them from the library that comes first.
-warn_of_both() { # TEXT: what ldd says of the program
-    local order
-    order=$(sed -n 's/^[[:space:]]*lib\(GLESv1_CM\|GLESv2\)\.so.*/\1/p' <<<"$1" | paste -sd ' ')
-    case $order in
-    'GLESv2 GLESv1_CM') say "${program##*/} links libGLESv2 before libGLESv1_CM: OpenGL ES 1.1 will be drawn wrongly" ;;
-    'GLESv1_CM GLESv2') say "${program##*/} links libGLESv1_CM and libGLESv2: OpenGL ES 2.0 will be drawn wrongly" ;;
+# OpenGL ES 1.1 and 2.0 have many names in common, and the dynamic linker takes them from the library that comes first. A
+# program that links both gets them from a third one, which follows the API of the current context. By its name alone:
+# the folder is in the library path, and may have a space in its own.
+serve_both() { # TEXT: what ldd says of the program
+    case $1 in *libGLESv1_CM.so*libGLESv2.so* | *libGLESv2.so*libGLESv1_CM.so*)
+        preload=libtrl20_both.so
+        ;;
     esac
 }
 
@@ -137,5 +140,6 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
 }
 
 become_program() { # FOLDER: of the libraries
+    if [ -n "$preload" ]; then export LD_PRELOAD=$preload${LD_PRELOAD:+:$LD_PRELOAD}; fi
     LD_LIBRARY_PATH=$(library_path "$1") exec "$program" "${arguments[@]}"
 }

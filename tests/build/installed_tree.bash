@@ -96,18 +96,22 @@ check_opening() { # PREFIX FOLDER
     done
 }
 
-# One of OpenGL ES 1.1 and 2.0 gets the other's functions: said, and run all the same.
+# The functions that both APIs have follow the current context, in either order of linking.
 check_both_libraries() { # PREFIX FOLDER
-    local output
-    "${CC:-cc}" "$2/installed_program.c" -o "$2/both" "${flags[@]}" -Wl,--no-as-needed -lGLESv2
-    output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
-    expect_part 'both libraries are told' 'both links libGLESv1_CM and libGLESv2: OpenGL ES 2.0 will' "$output"
-    expect_part 'OpenGL ES 1.1 comes first and is drawn' 'inside: 255 0 51' "$output"
-    "${CC:-cc}" "$2/installed_program.c" -o "$2/both" -Wl,--no-as-needed -lGLESv2 "${flags[@]}"
-    output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
-    expect_part 'the wrong order is told' 'both links libGLESv2 before libGLESv1_CM: OpenGL ES 1.1 will' "$output"
-    output=$("$1/bin/trl20" run "$2/program" 2>&1) || true
-    expect 'one library is nothing to tell' '' "$(grep 'trl20: ' <<<"$output")"
+    local order output round
+    round=$'OpenGL ES 1.1: 255 102 0, ES-CM, error 0\nOpenGL ES 2.0: 0 153 255, ES, error 0'
+    for order in '-lGLESv1_CM -lGLESv2' '-lGLESv2 -lGLESv1_CM'; do
+        # shellcheck disable=SC2086
+        "${CC:-cc}" "$tests/both_apis_program.c" -o "$2/both" -Wl,--no-as-needed $order -lEGL
+        output=$(env -u LD_LIBRARY_PATH "$2/both" 2>&1) || true
+        expect "$order without trl20" "$round"$'\n'"$round" "$output"
+        output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
+        expect "$order" "$round"$'\n'"$round" "$output"
+        output=$(LD_PRELOAD=libm.so.6 "$1/bin/trl20" run "$2/both" 2>&1) || true
+        expect "$order, with something else to preload" "$round"$'\n'"$round" "$output"
+    done
+    output=$("$1/bin/trl20" run env 2>&1) || true
+    expect 'other programs are given nothing' '' "$(grep LD_PRELOAD <<<"$output")"
 }
 
 check_refusals() { # PREFIX FOLDER
@@ -199,10 +203,10 @@ check_headers() { # FOLDER
 
 check_files() { # PREFIX LIB SOURCE
     local file
-    for file in libEGL.so.1 libGLESv1_CM_trl20.so; do
+    for file in libEGL.so.1 libGLESv1_CM_trl20.so libtrl20_both.so; do
         expect_part "run path of $file" '[$ORIGIN]' "$(readelf -d "$1/$2/trl20/$file" | grep RUNPATH)"
     done
-    for file in libEGL.so.1 libGLESv1_CM_trl20.so libGLESv2.so libvsp.so; do
+    for file in libEGL.so.1 libGLESv1_CM_trl20.so libGLESv2.so libtrl20_both.so libvsp.so; do
         expect_part "soname of $file" "[$file]" "$(readelf -d "$1/$2/trl20/$file" | grep SONAME)"
         expect "$file is stripped" '' "$(readelf -S "$1/$2/trl20/$file" | grep '\.symtab')"
     done
