@@ -14,16 +14,18 @@ namespace {
 constexpr uint32_t SPOT_CUTOFF = 1; // place of the cutoff in Light::packed0
 
 // Colours are worked on whole: all four components in one operation, the same products to the bit.
-using Color = GLfloat __attribute__((vector_size(16), aligned(4), may_alias));
+using Color = GLfloat __attribute__((vector_size(16)));
 
-Color colorAt(const GLfloat color[4])
+Color colorAt(const GLfloat components[4])
 {
-    return *reinterpret_cast<const Color *>(color);
+    Color color;
+    std::memcpy(&color, components, sizeof(color));
+    return color;
 }
 
 void storeColor(GLfloat to[4], Color color)
 {
-    *reinterpret_cast<Color *>(to) = color;
+    std::memcpy(to, &color, sizeof(color));
 }
 
 void setBit(uint32_t &mask, uint32_t bit, bool value)
