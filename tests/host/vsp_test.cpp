@@ -11,14 +11,12 @@
 #include <thread>
 #include <vector>
 
-#ifdef __SANITIZE_ADDRESS__
-// The sanitizer would end the program where malloc answers null.
+// The address sanitizer, where there is one, would end the program where malloc answers null.
 extern "C" const char *__asan_default_options();
 extern "C" const char *__asan_default_options()
 {
     return "allocator_may_return_null=1";
 }
-#endif
 
 namespace {
 

@@ -10,7 +10,6 @@
 namespace {
 
 constexpr GLsizei kTargetSize = 64;
-const Colour kBlack = {0, 0, 0, 1};
 
 // An empty texture of the target's size, bound to the active unit.
 GLuint targetTexture(GLenum format = GL_RGBA)

@@ -109,12 +109,15 @@ TEST_F(ObjectQueries, TexGenModeOfTheActiveUnitIsReadInThreeTypes)
 
 TEST_F(ObjectQueries, TexGenOfOtherNamesIsAnInvalidEnum)
 {
-    const std::pair<GLenum, GLenum> names[] = {
-        {GL_TEXTURE_GEN_STR_OES, GL_TEXTURE_ENV_MODE}, {GL_TEXTURE_2D, GL_TEXTURE_GEN_MODE_OES}, {0, 0}};
-    for (const auto &[coord, pname] : names) {
-        expectRefused<GLint>([=](GLint *out) { glGetTexGenivOES(coord, pname, out); }, GL_INVALID_ENUM);
-        expectRefused<GLfloat>([=](GLfloat *out) { glGetTexGenfvOES(coord, pname, out); }, GL_INVALID_ENUM);
-        expectRefused<GLfixed>([=](GLfixed *out) { glGetTexGenxvOES(coord, pname, out); }, GL_INVALID_ENUM);
+    const struct {
+        GLenum coord, pname;
+    } names[] = {{GL_TEXTURE_GEN_STR_OES, GL_TEXTURE_ENV_MODE}, {GL_TEXTURE_2D, GL_TEXTURE_GEN_MODE_OES}, {0, 0}};
+    for (const auto &name : names) {
+        expectRefused<GLint>([&name](GLint *out) { glGetTexGenivOES(name.coord, name.pname, out); }, GL_INVALID_ENUM);
+        expectRefused<GLfloat>([&name](GLfloat *out) { glGetTexGenfvOES(name.coord, name.pname, out); },
+                               GL_INVALID_ENUM);
+        expectRefused<GLfixed>([&name](GLfixed *out) { glGetTexGenxvOES(name.coord, name.pname, out); },
+                               GL_INVALID_ENUM);
     }
 }
 
@@ -167,15 +170,20 @@ TEST_F(ObjectQueries, FiltersAndWrapsAreTheBackends)
 
 TEST_F(ObjectQueries, OtherTextureTargetsAndParametersAreInvalidEnums)
 {
-    const std::pair<GLenum, GLenum> names[] = {{GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES, GL_TEXTURE_WRAP_S},
-                                               {GL_TEXTURE0, GL_GENERATE_MIPMAP},
-                                               {GL_TEXTURE_2D, GL_TEXTURE_ENV_MODE},
-                                               {GL_TEXTURE_2D, GL_TEXTURE_WRAP_T + 1},
-                                               {GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER - 1}};
-    for (const auto &[target, pname] : names) {
-        expectRefused<GLint>([=](GLint *out) { glGetTexParameteriv(target, pname, out); }, GL_INVALID_ENUM);
-        expectRefused<GLfloat>([=](GLfloat *out) { glGetTexParameterfv(target, pname, out); }, GL_INVALID_ENUM);
-        expectRefused<GLfixed>([=](GLfixed *out) { glGetTexParameterxv(target, pname, out); }, GL_INVALID_ENUM);
+    const struct {
+        GLenum target, pname;
+    } names[] = {{GL_TEXTURE_CUBE_MAP_POSITIVE_X_OES, GL_TEXTURE_WRAP_S},
+                 {GL_TEXTURE0, GL_GENERATE_MIPMAP},
+                 {GL_TEXTURE_2D, GL_TEXTURE_ENV_MODE},
+                 {GL_TEXTURE_2D, GL_TEXTURE_WRAP_T + 1},
+                 {GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER - 1}};
+    for (const auto &name : names) {
+        expectRefused<GLint>([&name](GLint *out) { glGetTexParameteriv(name.target, name.pname, out); },
+                             GL_INVALID_ENUM);
+        expectRefused<GLfloat>([&name](GLfloat *out) { glGetTexParameterfv(name.target, name.pname, out); },
+                               GL_INVALID_ENUM);
+        expectRefused<GLfixed>([&name](GLfixed *out) { glGetTexParameterxv(name.target, name.pname, out); },
+                               GL_INVALID_ENUM);
     }
     EXPECT_EQ(takeCalls(), std::vector<std::string>(15, "glGetError()")) << "only errors are asked of the backend";
 }
@@ -391,14 +399,16 @@ TEST_F(ObjectQueries, APositionIsReadDividedByItsW)
 
 TEST_F(ObjectQueries, OtherLightsAndParametersAreInvalidEnums)
 {
-    const std::pair<GLenum, GLenum> names[] = {{GL_LIGHT0 - 1, GL_AMBIENT},
-                                               {GL_LIGHT7 + 1, GL_AMBIENT},
-                                               {GL_LIGHT0, GL_AMBIENT - 1},
-                                               {GL_LIGHT0, GL_QUADRATIC_ATTENUATION + 1},
-                                               {GL_LIGHT0, GL_SHININESS}};
-    for (const auto &[light, pname] : names) {
-        expectRefused<GLfloat>([=](GLfloat *out) { glGetLightfv(light, pname, out); }, GL_INVALID_ENUM);
-        expectRefused<GLfixed>([=](GLfixed *out) { glGetLightxv(light, pname, out); }, GL_INVALID_ENUM);
+    const struct {
+        GLenum light, pname;
+    } names[] = {{GL_LIGHT0 - 1, GL_AMBIENT},
+                 {GL_LIGHT7 + 1, GL_AMBIENT},
+                 {GL_LIGHT0, GL_AMBIENT - 1},
+                 {GL_LIGHT0, GL_QUADRATIC_ATTENUATION + 1},
+                 {GL_LIGHT0, GL_SHININESS}};
+    for (const auto &name : names) {
+        expectRefused<GLfloat>([&name](GLfloat *out) { glGetLightfv(name.light, name.pname, out); }, GL_INVALID_ENUM);
+        expectRefused<GLfixed>([&name](GLfixed *out) { glGetLightxv(name.light, name.pname, out); }, GL_INVALID_ENUM);
     }
 }
 

@@ -20,7 +20,6 @@ const GLfloat kCombineFloat = GL_COMBINE;
 const GLint kReflection = GL_REFLECTION_MAP_OES;
 const GLfloat kReflectionFloat = GL_REFLECTION_MAP_OES;
 const GLfloat kLinear = GL_LINEAR;
-const GLfixed kLinearFixed = GL_LINEAR << 16;
 GLuint someName = 3;
 
 // Entry points that do nothing in interface-only mode, each with a call that does something otherwise: changes the
