@@ -16,8 +16,9 @@ constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM,
                                                DIRTY_TEXTURE_MATRIX1, DIRTY_PALETTE};
 
 // What follows a change of any stack but the modelview's. Out of line: most changes are the modelview's.
-[[gnu::noinline]] void notifyOtherChange(GLIContext *ctx, uint32_t stack)
+[[gnu::noinline]] void notifyOtherChange(GLIContext *ctx)
 {
+    const uint32_t stack = ctx->transform.currentStack;
     ctx->derivedFor = 0;
     if (stack == STACK_PROJECTION) {
         gliAdjustProjectionMatrix(ctx);
@@ -30,11 +31,16 @@ constexpr uint32_t kStackDirty[STACK_COUNT] = {DIRTY_TRANSFORM, DIRTY_TRANSFORM,
     ctx->transform.uniformDirty |= kStackDirty[stack];
 }
 
-// Marks everything that depends on a stack after its current entry changed.
-void notifyChange(GLIContext *ctx, uint32_t stack)
+MatrixRecord *currentTop(const GLIContext *ctx)
 {
-    if (stack != STACK_MODELVIEW) [[unlikely]]
-        return notifyOtherChange(ctx, stack);
+    return ctx->transform.top[ctx->transform.currentStack];
+}
+
+// Marks everything that depends on the current stack after its top entry changed.
+void notifyChange(GLIContext *ctx)
+{
+    if (ctx->transform.currentStack != STACK_MODELVIEW) [[unlikely]]
+        return notifyOtherChange(ctx);
     ctx->dirty |= DIRTY_TRANSFORM;
     ctx->transform.uniformDirty |= DIRTY_TRANSFORM;
 }
@@ -46,13 +52,25 @@ void waitInMemory(Column &arguments)
     asm("" : "+m"(arguments));
 }
 
+// A vector with that first component and any others. An argument lies in the first of such a register already, which
+// GCC does not see by itself.
+Column withFirst(float first)
+{
+#if defined(__SSE2__) && !defined(__clang__)
+    Column column;
+    asm("" : "=x"(column) : "0"(first));
+    return column;
+#else
+    return __builtin_shufflevector(Column{first}, Column{first}, 0, -1, -1, -1);
+#endif
+}
+
 // top = top x factor. The class word of a product carries no other flags.
 void multiplyTop(GLIContext *ctx, const MatrixRecord &factor, uint32_t factorClass)
 {
-    const uint32_t stack = ctx->transform.currentStack;
-    MatrixRecord *top = ctx->transform.top[stack];
+    MatrixRecord *top = currentTop(ctx);
     top->flags = fp_matrix_postmul(top->f, factor.f, top->flags, factorClass) | MATRIX_FLOAT;
-    notifyChange(ctx, stack);
+    notifyChange(ctx);
 }
 
 // False for a full stack. The callers give the most frequent stack as a constant.
@@ -72,7 +90,7 @@ void multiplyTop(GLIContext *ctx, const MatrixRecord &factor, uint32_t factorCla
     if (transform.depth[stack] == 0) return false;
     --transform.top[stack];
     --transform.depth[stack];
-    notifyChange(ctx, stack);
+    notifyChange(ctx);
     return true;
 }
 
@@ -168,9 +186,8 @@ GL_API void GL_APIENTRY glLoadIdentity(void)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    const uint32_t stack = ctx->transform.currentStack;
-    matrixfSetIdentity(ctx->transform.top[stack]);
-    notifyChange(ctx, stack);
+    matrixfSetIdentity(currentTop(ctx));
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glLoadMatrixf(const GLfloat *m)
@@ -178,9 +195,8 @@ GL_API void GL_APIENTRY glLoadMatrixf(const GLfloat *m)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    const uint32_t stack = ctx->transform.currentStack;
-    matrixfLoad(m, ctx->transform.top[stack]);
-    notifyChange(ctx, stack);
+    matrixfLoad(m, currentTop(ctx));
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glLoadMatrixx(const GLfixed *m)
@@ -188,11 +204,10 @@ GL_API void GL_APIENTRY glLoadMatrixx(const GLfixed *m)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    const uint32_t stack = ctx->transform.currentStack;
-    MatrixRecord *top = ctx->transform.top[stack];
+    MatrixRecord *top = currentTop(ctx);
     matrixxLoad(m, top);
     matrixxToMatrixf_4(top, top);
-    notifyChange(ctx, stack);
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glMultMatrixf(const GLfloat *m)
@@ -223,23 +238,22 @@ GL_API void GL_APIENTRY glRotatef(GLfloat angle, GLfloat x, GLfloat y, GLfloat z
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    const uint32_t stack = ctx->transform.currentStack;
-    MatrixRecord *top = ctx->transform.top[stack];
+    MatrixRecord *top = currentTop(ctx);
     top->flags = rotateMatrix(top->f, axisAndAngle, top->flags) | MATRIX_FLOAT;
-    notifyChange(ctx, stack);
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glTranslatef(GLfloat x, GLfloat y, GLfloat z)
 {
-    Column v = {x, y, z, z};
+    const Column xy = __builtin_shufflevector(withFirst(x), withFirst(y), 0, 4, 1, 5);
+    Column v = __builtin_shufflevector(xy, withFirst(z), 0, 1, 4, 5); // the fourth is not used
     waitInMemory(v);
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    const uint32_t stack = ctx->transform.currentStack;
-    MatrixRecord *top = ctx->transform.top[stack];
+    MatrixRecord *top = currentTop(ctx);
     top->flags = translateMatrix(top->f, v, top->flags) | MATRIX_FLOAT;
-    notifyChange(ctx, stack);
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glScalef(GLfloat x, GLfloat y, GLfloat z)
@@ -247,11 +261,10 @@ GL_API void GL_APIENTRY glScalef(GLfloat x, GLfloat y, GLfloat z)
     GLIContext *ctx = valueContext();
     if (!ctx) return;
 
-    const uint32_t stack = ctx->transform.currentStack;
-    MatrixRecord *top = ctx->transform.top[stack];
+    MatrixRecord *top = currentTop(ctx);
     const uint32_t unrotated = top->flags & MATRIX_UNROTATED;
     top->flags = fp_matrix_scale(top->f, x, y, z, top->flags) | MATRIX_FLOAT | unrotated;
-    notifyChange(ctx, stack);
+    notifyChange(ctx);
 }
 
 GL_API void GL_APIENTRY glOrthof(GLfloat l, GLfloat r, GLfloat b, GLfloat t, GLfloat n, GLfloat f)
