@@ -8,7 +8,7 @@
 namespace {
 
 // What eglGetProcAddress answers for these names follows the context. Asked once, before the program starts: asking
-// resets the calling thread's EGL error.
+// resets the calling thread's EGL error. Null until then.
 struct Functions {
 #define BOTH(name, result, parameters, arguments) decltype(&::name) name;
 #include "both_functions.def"
@@ -29,11 +29,17 @@ void find(Function &function, const char *name)
 
 } // namespace
 
-// BOTH(glFlush, void, (void), ()) becomes
-//     GL_API void GL_APIENTRY glFlush(void) { return functions.glFlush(); }
+// The program's libraries may start before this one, and call. BOTH(glFlush, void, (void), ()) becomes
+//     GL_API void GL_APIENTRY glFlush(void)
+//     {
+//         if (!functions.glFlush) findFunctions();
+//         return functions.glFlush();
+//     }
 #define BOTH(name, result, parameters, arguments)                                                                      \
     GL_API result GL_APIENTRY name parameters                                                                          \
     {                                                                                                                  \
+        if (!functions.name) [[unlikely]]                                                                              \
+            findFunctions();                                                                                           \
         return functions.name arguments;                                                                               \
     }
 #include "both_functions.def"
