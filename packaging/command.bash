@@ -8,7 +8,9 @@ fail() { # MESSAGE [STATUS]
     exit "${2:-1}"
 }
 
-# What the program is to be given before its own libraries: nothing, or a library that follows the current API.
+# Of the program: what ldd says that it needs, and what is to come before that: nothing, or a library that follows the
+# current API.
+needed=
 preload=
 
 # Sets force, program and arguments from the command line.
@@ -54,15 +56,15 @@ elf_bits() { # FILE
 elf_machine() { elf_field "$1" 18 2; } # FILE
 
 # Whether the program, or a library that it needs, opens EGL or OpenGL ES 1.1 by itself, as libraries for games do.
-opens_its_own() { # TEXT: what ldd says of the program
+opens_its_own() {
     local files
-    mapfile -t files < <(sed -n 's/^.* => \(.*\) (0x[0-9a-f]*)$/\1/p' <<<"$1")
+    mapfile -t files < <(sed -n 's/^.* => \(.*\) (0x[0-9a-f]*)$/\1/p' <<<"$needed")
     grep -qaE 'lib(EGL|GLESv1_CM)\.so' -- "$program" "${files[@]}"
 }
 
 # A script does not show what it needs: --force runs it.
 check_program() { # FOLDER: of the libraries
-    local bits own_bits needed
+    local bits own_bits
     if [ "$(head -c 4 -- "$program" | tr -d '\0')" != $'\x7fELF' ]; then
         fail "$program is no program file (run --force runs it all the same)" 2
     fi
@@ -74,14 +76,13 @@ check_program() { # FOLDER: of the libraries
     if [ "$(elf_machine "$program")" != "$(elf_machine "$1/libvsp.so")" ]; then
         fail "$program is for another kind of processor than this trl20" 2
     fi
-    needed=$(LD_LIBRARY_PATH=$(library_path "$1") ldd "$program" 2>/dev/null) || needed=
     case $needed in
-    *" => $1/names/libEGL.so.1 "* | *" => $1/names/libGLESv1_CM.so.1 "*) serve_both "$needed" ;;
+    *" => $1/names/libEGL.so"* | *" => $1/names/libGLESv1_CM.so"*) ;;
     *libEGL.so* | *libGLESv1_CM.so*)
         fail "$program finds a libEGL of its own and would not use trl20 (run --force runs it all the same)" 2
         ;;
     *)
-        opens_its_own "$needed" && return
+        opens_its_own && return
         case $needed in *"not found"*)
             fail "$program needs what is not here: $(sed -n 's/^[[:space:]]*\(.*\) => not found$/\1/p' <<<"$needed" | paste -sd ' ')" 2
             ;;
@@ -94,8 +95,8 @@ check_program() { # FOLDER: of the libraries
 # OpenGL ES 1.1 and 2.0 have many names in common, and the dynamic linker takes them from the library that comes first. A
 # program that links both gets them from a third one, which follows the API of the current context. By its name alone:
 # the folder is in the library path, and may have a space in its own.
-serve_both() { # TEXT: what ldd says of the program
-    case $1 in *libGLESv1_CM.so*libGLESv2.so* | *libGLESv2.so*libGLESv1_CM.so*)
+serve_both() { # FOLDER: of the libraries
+    case $needed in *" => $1/names/libGLESv1_CM.so"*libGLESv2.so* | *libGLESv2.so*" => $1/names/libGLESv1_CM.so"*)
         preload=libtrl20_both.so
         ;;
     esac
@@ -106,10 +107,17 @@ library_path() { # FOLDER: of the libraries
     printf '%s' "$1/names${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}"
 }
 
+# Finds the program and what it needs. Refuses one that would not work, unless it is forced.
+admit_program() { # FOLDER: of the libraries
+    find_program
+    needed=$(LD_LIBRARY_PATH=$(library_path "$1") ldd "$program" 2>/dev/null) || needed=
+    [ "$force" = yes ] || check_program "$1"
+    serve_both "$1"
+}
+
 # Becomes the program: its process, signals and exit status are what the caller sees.
 start_program() { # FOLDER: of the libraries
-    find_program
-    [ "$force" = yes ] || check_program "$1"
+    admit_program "$1"
     become_program "$1"
 }
 
@@ -117,8 +125,7 @@ start_program() { # FOLDER: of the libraries
 # is usual. Returns its exit status.
 explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20_EXPLAIN names one
     local summary status=0
-    find_program
-    [ "$force" = yes ] || check_program "$1"
+    admit_program "$1"
     export TRL20_EXPLAIN=${TRL20_EXPLAIN:-$2}
     [[ $TRL20_EXPLAIN == /* ]] || TRL20_EXPLAIN=${PWD%/}/$TRL20_EXPLAIN # the program may change its folder
     if ! mkdir -p -- "$TRL20_EXPLAIN" 2>/dev/null || [ ! -w "$TRL20_EXPLAIN" ]; then
@@ -139,7 +146,8 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
     return $status
 }
 
+# What the user preloads stays in front: tracers want to see the calls, and sanitizers insist on it.
 become_program() { # FOLDER: of the libraries
-    if [ -n "$preload" ]; then export LD_PRELOAD=$preload${LD_PRELOAD:+:$LD_PRELOAD}; fi
+    if [ -n "$preload" ]; then export LD_PRELOAD=${LD_PRELOAD:+$LD_PRELOAD:}$preload; fi
     LD_LIBRARY_PATH=$(library_path "$1") exec "$program" "${arguments[@]}"
 }

@@ -115,7 +115,24 @@ check_both_libraries() { # PREFIX FOLDER
         expect "$order without trl20" "$round"$'\n'"$round" "$output"
         output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
         expect "$order" "$round"$'\n'"$round" "$output"
+        output=$("$1/bin/trl20" run --force "$2/both" 2>&1) || true
+        expect "$order, with --force" "$round"$'\n'"$round" "$output"
     done
+}
+
+# Only programs that link both APIs are given something to preload, behind what the user preloads.
+check_preloading() { # PREFIX FOLDER
+    printf '#include <stdio.h>\n#include <stdlib.h>\nint main(void) { return puts(getenv("LD_PRELOAD")) < 0; }\n' >"$2/preloads.c"
+    "${CC:-cc}" "$2/preloads.c" -o "$2/preloads" -Wl,--no-as-needed -lGLESv1_CM -lEGL
+    expect 'one API' libm.so.6 "$(LD_PRELOAD=libm.so.6 "$1/bin/trl20" run "$2/preloads" 2>&1)"
+    mkdir -p "$2/plain"
+    "${CC:-cc}" -shared -x c /dev/null -o "$2/plain/libEGL.so" -Wl,-soname,libEGL.so
+    "${CC:-cc}" "$2/preloads.c" -o "$2/preloads" -Wl,--no-as-needed "-L$2/plain" -lEGL
+    expect 'a name without a version' libm.so.6 "$(LD_PRELOAD=libm.so.6 "$1/bin/trl20" run "$2/preloads" 2>&1)"
+    "${CC:-cc}" "$2/preloads.c" -o "$2/preloads" -Wl,--no-as-needed -lGLESv1_CM -lGLESv2
+    expect 'both APIs' libtrl20_both.so "$(env -u LD_PRELOAD "$1/bin/trl20" run "$2/preloads" 2>&1)"
+    expect 'both APIs and the user'\''s own' libm.so.6:libtrl20_both.so \
+        "$(LD_PRELOAD=libm.so.6 "$1/bin/trl20" run "$2/preloads" 2>&1)"
 }
 
 check_refusals() { # PREFIX FOLDER
@@ -229,6 +246,7 @@ check_installed_tree() { # PREFIX LIB SCRATCH VERSION SOURCE
     check_run "$1" "$3"
     check_opening "$1" "$3"
     check_both_libraries "$1" "$3"
+    check_preloading "$1" "$3"
     check_refusals "$1" "$3"
     check_explain "$1" "$3"
     check_other_commands "$1" "$4"
