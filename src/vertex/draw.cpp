@@ -164,10 +164,6 @@ void finishDraw(GLIContext *ctx)
     ctx->primitiveFlags = 0;
 }
 
-} // namespace
-
-namespace {
-
 // Part of each draw call rather than a call of its own, as are the functions that it calls: what a draw reads again and
 // again stays in registers.
 [[gnu::always_inline]] inline uint32_t validate(GLIContext *ctx)

@@ -2,6 +2,7 @@
 #include "math/matrix_classify.h"
 #include "shadergen/pipeline/pipeline_test.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -55,6 +56,28 @@ TEST_F(TransformKey, ModelviewProjectionIsTheirProduct)
     deriveShaderState(ctx);
     EXPECT_EQ(ctx->transform.modelViewProjection.f[0], 2.0f);
     EXPECT_EQ(ctx->transform.modelViewProjection.f[12], 6.0f); // the translation comes first
+}
+
+TEST_F(TransformKey, AProductWithAProjectionIsAGeneralFloatMatrix)
+{
+    glMatrixMode(GL_PROJECTION);
+    glOrthof(-2, 2, -2, 2, -2, 2);
+    glMatrixMode(GL_MODELVIEW);
+    glTranslatef(1, 0, 0);
+    deriveShaderState(ctx);
+    EXPECT_EQ(ctx->transform.modelViewProjection.flags, uint32_t(MATRIX_FLOAT | MATRIX_GENERAL));
+    EXPECT_EQ(takeAssertions().size(), 0u);
+}
+
+TEST_F(TransformKey, AnIdentityModelviewLeavesTheProjectionAsItIs)
+{
+    glMatrixMode(GL_PROJECTION);
+    Matrix16 projection = identityWith(11, -1);
+    projection.m[8] = INFINITY; // a product's sums would hold infinity times 0
+    glLoadMatrixf(projection.m);
+    deriveShaderState(ctx);
+    for (uint32_t i = 0; i < 16; ++i)
+        EXPECT_EQ(ctx->transform.modelViewProjection.f[i], projection.m[i]) << "element " << i;
 }
 
 TEST_F(TransformKey, EveryChangeOfEitherMatrixReachesTheProduct)
@@ -135,6 +158,9 @@ TEST_F(TransformKey, FixedMatricesAreAssertions)
     ctx->transform.top[STACK_MODELVIEW]->flags = MATRIX_IDENTITY;
     deriveShaderState(ctx);
     EXPECT_GE(takeAssertions().size(), 1u);
+    followModelview(ctx);
+    const Calls told = takeAssertions();
+    EXPECT_NE(std::find(told.begin(), told.end(), "float modelview matrix"), told.end());
 }
 
 TEST_F(TransformKey, NormalMatrixIsTheInverseTransposeOfTheModelview)
