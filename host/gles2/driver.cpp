@@ -31,6 +31,12 @@ static std::string ownFolder()
     return folderOf(self.dli_fname);
 }
 
+// This library or another build of it, which has no functions of its own: their calls would come back to it for ever.
+static bool isBackend(void *module)
+{
+    return dlsym(module, "ogl2GetClientAPIFunctions");
+}
+
 // Opens one of the machine's libraries: the file the variable names, or the first in the standard folders that is not
 // one of this project's. `tried` receives what was tried, up to the one that was opened.
 static void *openMachineLibrary(const char *variable, const char *file, std::string &tried)
@@ -47,7 +53,9 @@ static void *openMachineLibrary(const char *variable, const char *file, std::str
     for (const std::string &path : paths) {
         if (!(named && *named) && folderOf(path.c_str()) == own) continue;
         tried += (tried.empty() ? "" : ", ") + path;
-        if (void *module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL)) return module;
+        void *module = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
+        if (module && !isBackend(module)) return module;
+        if (module) dlclose(module);
     }
     return nullptr;
 }

@@ -85,6 +85,8 @@ examine 1 TRL20_DRIVER_EGL=/nonexistent
 says 'will not do: it has no OpenGL ES 2.0 driver' 'TRL20_DRIVER_EGL: /nonexistent: cannot open' 'Unset this'
 examine 1 TRL20_DRIVER_GLES2=/nonexistent
 says 'will not do: it has no OpenGL ES 2.0 driver' 'TRL20_DRIVER_GLES2: /nonexistent: cannot open' 'Unset this'
+examine 1 TRL20_DRIVER_GLES2="$libraries/libGLESv2.so"
+says 'will not do' "TRL20_DRIVER_GLES2 names $libraries/libGLESv2.so" 'Unset this'
 examine 1 TRL20_DRIVER_EGL=libm.so.6
 says 'will not do' 'TRL20_DRIVER_EGL names libm.so.6'
 examine 1 __EGL_VENDOR_LIBRARY_FILENAMES=/nonexistent
