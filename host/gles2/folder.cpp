@@ -10,10 +10,14 @@
 
 int openFolder(const std::string &path, mode_t mode)
 {
-    for (size_t at = path.find('/', 1); at != std::string::npos; at = path.find('/', at + 1))
-        mkdir(path.substr(0, at).c_str(), mode);
-    mkdir(path.c_str(), mode); // what could not be made cannot be opened either
-    return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    int obstacle = 0; // the first: what lies below cannot be made either, for a lesser reason
+    for (size_t at = path.find('/', 1);; at = path.find('/', at + 1)) {
+        if (mkdir(path.substr(0, at).c_str(), mode) != 0 && errno != EEXIST && !obstacle) obstacle = errno;
+        if (at == std::string::npos) break;
+    }
+    const int folder = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0 && errno == ENOENT && obstacle) errno = obstacle;
+    return folder;
 }
 
 static bool writeAll(int file, const std::string &content)

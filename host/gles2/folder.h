@@ -6,7 +6,7 @@
 #include <sys/types.h>
 
 /// Makes the folder where it is missing, folders above it too, and opens it. `mode` is that of folders made here.
-/// Returns its descriptor, -1 with errno set otherwise.
+/// Returns its descriptor, -1 otherwise: errno then tells why it could not be made, or opened.
 int openFolder(const std::string &path, mode_t mode);
 
 /// Writes a file of the folder under a name of its own and then gives it the name, so that readers never see half a
