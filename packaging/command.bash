@@ -8,6 +8,11 @@ fail() { # MESSAGE [STATUS]
     exit "${2:-1}"
 }
 
+# For commands without arguments: what is given all the same was meant to do something.
+take_nothing() { # ARGS
+    [ $# -eq 0 ] || fail "$command takes no arguments; see trl20 help" 2
+}
+
 # Of the program: what ldd says that it needs, and what is to come before that: nothing, or a library that follows the
 # current API.
 needed=
@@ -149,5 +154,7 @@ explain_program() { # FOLDER FOLDER: of the libraries; to write to, unless TRL20
 # What the user preloads stays in front: tracers want to see the calls, and sanitizers insist on it.
 become_program() { # FOLDER: of the libraries
     if [ -n "$preload" ]; then export LD_PRELOAD=${LD_PRELOAD:+$LD_PRELOAD:}$preload; fi
-    LD_LIBRARY_PATH=$(library_path "$1") exec "$program" "${arguments[@]}"
+    set +e # which would end with the failed exec
+    shopt -s execfail
+    LD_LIBRARY_PATH=$(library_path "$1") exec "$program" "${arguments[@]}" || fail "$program could not be started" 2
 }

@@ -146,6 +146,7 @@ check_refusals() { # PREFIX FOLDER
     printf '\377' | dd of="$2/elsewhere" bs=1 seek=18 conv=notrunc status=none # the low byte of its machine
     output=$("$command" run "$2/elsewhere" 2>&1) || true
     expect_part 'another processor is told' 'is for another kind of processor' "$output"
+    expect_status 'and with --force it cannot be started' 2 "$command" run --force "$2/elsewhere"
     "${CC:-cc}" "$2/installed_program.c" -o "$2/ownpath" "${flags[@]}" -Wl,--disable-new-dtags \
         "-Wl,-rpath,$(ldd "$2/program" | sed -n 's:^.*=> \(.*\)/libEGL.so.1 .*:\1:p')"
     output=$("$command" run "$2/ownpath" 2>&1) || true
@@ -168,6 +169,8 @@ check_refusals() { # PREFIX FOLDER
     output=$("$command" run --fast "$2/program" 2>&1) || true
     expect_part 'an unknown option is told' '--fast is no option of trl20 run' "$output"
     expect_status 'an unknown command' 2 "$command" frobnicate
+    output=$("$command" doctor "$2/program" 2>&1) || true
+    expect_part 'an argument that is not read is told' 'doctor takes no arguments' "$output"
 }
 
 check_explain() { # PREFIX FOLDER
