@@ -174,6 +174,7 @@ uint8_t dumpFlags(const PanelSettings &settings)
     return flags;
 }
 
+// This and the next are out of line: a draw takes in what it calls (see vertex/draw.cpp), and seldom dumps.
 [[gnu::noinline]] void dumpDraw(const GLIContext *ctx)
 {
     if (ctx->settings.dumps & DUMP_STATE) dumpStateInfo(&ctx->key);

@@ -104,20 +104,29 @@ compile_both() { # FOLDER OPTIONS...
     "${CC:-cc}" "$tests/both_apis_program.c" -o "$1/both" -Wl,--no-as-needed "${@:2}" -lEGL "-L$1" -learly "-Wl,-rpath,$1"
 }
 
+gl_functions_of() { # FILE
+    nm -D --defined-only "$1" | sed -n 's/^[0-9a-f]* T \(gl[A-Z].*\)/\1/p' | LC_ALL=C sort
+}
+
 # The functions that both APIs have follow the current context, in either order of linking.
-check_both_libraries() { # PREFIX FOLDER
-    local order output round
+check_both_libraries() { # PREFIX LIB FOLDER
+    local order output round machine
     round=$'OpenGL ES 1.1: 255 102 0, ES-CM, error 0\nOpenGL ES 2.0: 0 153 255, ES, error 0'
     for order in '-lGLESv1_CM -lGLESv2' '-lGLESv2 -lGLESv1_CM'; do
         # shellcheck disable=SC2086
-        compile_both "$2" $order
-        output=$(env -u LD_LIBRARY_PATH "$2/both" 2>&1) || true
+        compile_both "$3" $order
+        output=$(env -u LD_LIBRARY_PATH "$3/both" 2>&1) || true
         expect "$order without trl20" "$round"$'\n'"$round" "$output"
-        output=$("$1/bin/trl20" run "$2/both" 2>&1) || true
+        output=$("$1/bin/trl20" run "$3/both" 2>&1) || true
         expect "$order" "$round"$'\n'"$round" "$output"
-        output=$("$1/bin/trl20" run --force "$2/both" 2>&1) || true
+        output=$("$1/bin/trl20" run --force "$3/both" 2>&1) || true
         expect "$order, with --force" "$round"$'\n'"$round" "$output"
     done
+
+    machine=$(ldd "$3/both" | sed -n 's/^.*libGLESv2.so.2 => \(.*\) (.*/\1/p')
+    expect 'these are all functions that both APIs have' \
+        "$(LC_ALL=C comm -12 <(gl_functions_of "$1/$2/trl20/libGLESv1_CM_trl20.so") <(gl_functions_of "$machine"))" \
+        "$(gl_functions_of "$1/$2/trl20/libtrl20_both.so")"
 }
 
 # Only programs that link both APIs are given something to preload, behind what the user preloads.
@@ -248,7 +257,7 @@ check_installed_tree() { # PREFIX LIB SCRATCH VERSION SOURCE
     check_no_shadow "$3"
     check_run "$1" "$3"
     check_opening "$1" "$3"
-    check_both_libraries "$1" "$3"
+    check_both_libraries "$1" "$2" "$3"
     check_preloading "$1" "$3"
     check_refusals "$1" "$3"
     check_explain "$1" "$3"
