@@ -70,7 +70,8 @@ opens_its_own() {
 # A script does not show what it needs: --force runs it.
 check_program() { # FOLDER: of the libraries
     local bits own_bits
-    if [ "$(head -c 4 -- "$program" | tr -d '\0')" != $'\x7fELF' ]; then
+    local least=52 # bytes of the smaller of the two ELF headers
+    if [ "$(head -c 4 -- "$program" | tr -d '\0')" != $'\x7fELF' ] || [ "$(stat -Lc %s -- "$program")" -lt $least ]; then
         fail "$program is no program file (run --force runs it all the same)" 2
     fi
     bits=$(elf_bits "$program")

@@ -156,6 +156,10 @@ check_refusals() { # PREFIX FOLDER
     output=$("$command" run "$2/elsewhere" 2>&1) || true
     expect_part 'another processor is told' 'is for another kind of processor' "$output"
     expect_status 'and with --force it cannot be started' 2 "$command" run --force "$2/elsewhere"
+    head -c 51 "$2/program" >"$2/cut"
+    chmod +x "$2/cut"
+    output=$("$command" run "$2/cut" 2>&1) || true
+    expect 'a file that was cut off is told' "trl20: $2/cut is no program file (run --force runs it all the same)" "$output"
     "${CC:-cc}" "$2/installed_program.c" -o "$2/ownpath" "${flags[@]}" -Wl,--disable-new-dtags \
         "-Wl,-rpath,$(ldd "$2/program" | sed -n 's:^.*=> \(.*\)/libEGL.so.1 .*:\1:p')"
     output=$("$command" run "$2/ownpath" 2>&1) || true
