@@ -51,7 +51,7 @@ Words wordsOf(const MatrixRecord &m)
 // Sum over k of row r times v, terms cut one by one.
 int32_t rowSum(const Words &m, int r, const int32_t *v, int count, int32_t offset = 0)
 {
-    __int128 sum = offset;
+    int64_t sum = offset;
     for (int k = 0; k < count; ++k)
         sum += fixedMul(m[4 * k + r], v[k]);
     return low32(sum);
@@ -74,14 +74,14 @@ Words expectedRotation(int32_t angle, int32_t x, int32_t y, int32_t z)
     x = axis[0], y = axis[1], z = axis[2];
     int32_t c, s;
     fixedTrig_s1516(angle, &c, &s);
-    const __int128 one = 0x10000;
+    const int64_t one = 0x10000;
     const int32_t t = low32(one - c);
     auto diagonal = [&](int32_t v) {
-        const __int128 square = fixedMul(v, v);
+        const int64_t square = fixedMul(v, v);
         return low32(square + fixedMul(c, low32(one - square)));
     };
     auto off = [&](int32_t v, int32_t w, int32_t u, int sign) {
-        return low32(static_cast<__int128>(fixedMul(fixedMul(v, w), t)) + sign * static_cast<__int128>(fixedMul(u, s)));
+        return low32(static_cast<int64_t>(fixedMul(fixedMul(v, w), t)) + sign * static_cast<int64_t>(fixedMul(u, s)));
     };
     return {diagonal(x),
             off(x, y, z, 1),

@@ -32,7 +32,7 @@ int32_t expectedInvSqrt(int32_t argument)
     int32_t y = kInvSqrtSeeds[x >> s] >> (s / 2);
     for (int step = 0; step < 2; ++step) {
         const int32_t t = fixedMul(fixedMul(y, argument), y);
-        y = fixedMul(low32(static_cast<__int128>(0x30000) - t), y) >> 1;
+        y = fixedMul(low32(static_cast<int64_t>(0x30000) - t), y) >> 1;
     }
     return y;
 }
@@ -50,7 +50,7 @@ Pair trig(int32_t angle)
 
 Pair expectedTrig(int32_t angle)
 {
-    const uint32_t u = static_cast<uint32_t>(low32((static_cast<__int128>(angle) * 46603) >> 16)) & 0xFFFFFF;
+    const uint32_t u = static_cast<uint32_t>(low32((static_cast<int64_t>(angle) * 46603) >> 16)) & 0xFFFFFF;
     const int i = (u >> 16) & 63, q = (u >> 22) & 3;
     const int32_t f = static_cast<int32_t>(u & 0xFFFF);
     const int32_t *table = kFixedSines;
@@ -81,18 +81,18 @@ int32_t expectedAsin(int32_t x)
 {
     if (x == -0x10000) return word(0xFFA60000);
     if (x == 0x10000) return 0x5A0000;
-    const int32_t rest = low32(static_cast<__int128>(0x10000) - fixedMul(x, x));
+    const int32_t rest = low32(static_cast<int64_t>(0x10000) - fixedMul(x, x));
     return expectedAtan(fixedMul(expectedInvSqrt(rest), x));
 }
 
 int32_t expectedReciprocalLength(const int32_t *v)
 {
-    __int128 exact = 0;
+    uint64_t exact = 0; // at most 3 * 2^62
     for (int i = 0; i < 3; ++i)
-        exact += static_cast<__int128>(v[i]) * v[i];
-    const int64_t s = static_cast<int64_t>(static_cast<uint64_t>(exact));
+        exact += static_cast<uint64_t>(static_cast<int64_t>(v[i]) * v[i]);
+    const int64_t s = static_cast<int64_t>(exact);
     const int64_t high = s >> 32;
-    if (s >= 0 && s < 0x80000000) return low32(static_cast<__int128>(expectedInvSqrt(static_cast<int32_t>(s))) << 8);
+    if (s >= 0 && s < 0x80000000) return low32(static_cast<int64_t>(expectedInvSqrt(static_cast<int32_t>(s))) << 8);
     if (high > 32767) return expectedInvSqrt(static_cast<int32_t>(high)) >> 8;
     return expectedInvSqrt(low32(s >> 16));
 }
@@ -163,7 +163,7 @@ TEST(Fixed, ArcFunctionsFollowTheirRules)
         const int32_t x = i % 2 ? anyWord(random) : static_cast<int32_t>(random() % 0x20001) - 0x10000;
         ASSERT_EQ(fixedAtan_s1516(x), expectedAtan(x)) << x;
         ASSERT_EQ(fixedAsin_s1516(x), expectedAsin(x)) << x;
-        ASSERT_EQ(fixedAcos_s1516(x), low32(static_cast<__int128>(0x5A0000) - expectedAsin(x))) << x;
+        ASSERT_EQ(fixedAcos_s1516(x), low32(static_cast<int64_t>(0x5A0000) - expectedAsin(x))) << x;
     }
 }
 

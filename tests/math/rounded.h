@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 // Arithmetic for expected values, made apart from the library: float steps through double, which rounds like single
-// steps because a double has more than twice the bits; fixed-point steps through 128-bit integers.
+// steps because a double has more than twice the bits; fixed-point steps through 64-bit integers, which hold every
+// product and the sums of a few.
 #pragma once
 
 #include <bit>
@@ -38,13 +39,13 @@ inline float neg(float a)
 }
 
 /// Low 32 bits of a wide value.
-inline int32_t low32(__int128 value)
+inline int32_t low32(int64_t value)
 {
     return static_cast<int32_t>(static_cast<uint32_t>(value));
 }
 inline int32_t fixedMul(int32_t a, int32_t b)
 {
-    return low32((static_cast<__int128>(a) * b) >> 16);
+    return low32((static_cast<int64_t>(a) * b) >> 16);
 }
 
 } // namespace expected
