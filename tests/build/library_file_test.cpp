@@ -138,6 +138,8 @@ TEST(LibraryObjects, HoldNoStaticInitialisers)
     EXPECT_GT(objects, 20) << "no objects listed in " << kObjectList;
 }
 
+// The size is set for this processor: other instructions take more room, and larger pages more padding.
+#if defined(__x86_64__)
 TEST(LibraryFile, IsUnderItsSizeWhenStripped)
 {
     const std::string stripped = kLibrary + ".stripped";
@@ -146,6 +148,7 @@ TEST(LibraryFile, IsUnderItsSizeWhenStripped)
     EXPECT_LT(file.tellg(), 256 * 1024);
     std::remove(stripped.c_str());
 }
+#endif
 
 TEST(VspFile, ExportsThePlatformInterface)
 {
