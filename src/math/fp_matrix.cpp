@@ -94,7 +94,9 @@ uint32_t fp_matrix_scale(float *m, float x, float y, float z, uint32_t matrixCla
 
 uint32_t fp_matrix_translate(float *m, float x, float y, float z, uint32_t matrixClass)
 {
-    return translateMatrix(m, Column{x, y, z, 0.0f}, matrixClass);
+    translateMatrix(m, Column{x, y, z, 0.0f}, matrixClass);
+    matrixClass &= kMatrixClassBits;
+    return matrixClass == MATRIX_IDENTITY ? MATRIX_TRANSROT : matrixClass; // also of what is no class
 }
 
 void fp_matrix_build_rotate(float *out, float angle, float x, float y, float z)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 // The matrix commands' own forms of the exported builders and products, in one step and with their arguments in one
-// vector. The results are the same to the bit.
+// vector. The results are the same to the bit, for the classes that a MatrixRecord can have.
 #pragma once
 
 #include "math/matrix_inline.h"

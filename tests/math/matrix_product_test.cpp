@@ -144,7 +144,7 @@ TEST(MatrixTranslate, AddsTheMovedOriginInOrder)
     for (int round = 0; round < 1000; ++round) {
         const Matrix m = anyMatrix(random);
         const float x = anyFloat(random), y = anyFloat(random), z = anyFloat(random);
-        for (uint32_t matrixClass : kClasses) {
+        for (uint32_t matrixClass = 0; matrixClass <= kMatrixClassBits; ++matrixClass) { // also what is no class
             Matrix want = m, out = m;
             for (int i = 0; i < (matrixClass ? 3 : 4); ++i)
                 want[12 + i] = add(m[12 + i], add(add(mul(y, m[4 + i]), mul(x, m[i])), mul(z, m[8 + i])));
